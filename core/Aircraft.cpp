@@ -2,6 +2,7 @@
 
 #include "AircraftTypes.h"
 #include "Airlines.h"
+#include "FeedDecoder.h"
 #include "TextRules.h"
 
 #include <QVariantMap>
@@ -33,6 +34,11 @@ QString groupedMagnitude(qint64 value, const QLocale &locale)
 }
 
 } // namespace
+
+Decoded<Aircraft> Aircraft::decode(const QByteArray &json)
+{
+    return FeedDecoder::decodeAircraft(json);
+}
 
 const QSet<QString> &Aircraft::helicopterTypes()
 {

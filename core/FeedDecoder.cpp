@@ -11,10 +11,32 @@ namespace ondemand = simdjson::ondemand;
 namespace {
 
 // How a row's fields are kept, in the order a row is read; an error on an earlier key wins.
-enum class Key : int {
-    Hex, Flight, Squawk, Emergency, Category, Lat, Lon, Seen, Track, DbFlags, Registration, TypeCode,
-    TypeDescription, OperatorName, AltBaro, AltGeom, GroundSpeed, BaroRate, GeomRate, SeenPos, DistanceNM,
-    DirectionDeg, Count, Unknown = Count
+enum class Key : int
+{
+    Hex,
+    Flight,
+    Squawk,
+    Emergency,
+    Category,
+    Lat,
+    Lon,
+    Seen,
+    Track,
+    DbFlags,
+    Registration,
+    TypeCode,
+    TypeDescription,
+    OperatorName,
+    AltBaro,
+    AltGeom,
+    GroundSpeed,
+    BaroRate,
+    GeomRate,
+    SeenPos,
+    DistanceNM,
+    DirectionDeg,
+    Count,
+    Unknown = Count
 };
 constexpr std::size_t keyCount = std::size_t(Key::Count);
 
@@ -23,44 +45,66 @@ Key keyFor(std::string_view name)
     // Exact matches only: feeds send dozens of further keys, and case matters.
     switch (name.size()) {
     case 1:
-        if (name == "r") return Key::Registration;
-        if (name == "t") return Key::TypeCode;
+        if (name == "r")
+            return Key::Registration;
+        if (name == "t")
+            return Key::TypeCode;
         break;
     case 2:
-        if (name == "gs") return Key::GroundSpeed;
+        if (name == "gs")
+            return Key::GroundSpeed;
         break;
     case 3:
-        if (name == "hex") return Key::Hex;
-        if (name == "lat") return Key::Lat;
-        if (name == "lon") return Key::Lon;
-        if (name == "dst") return Key::DistanceNM;
-        if (name == "dir") return Key::DirectionDeg;
+        if (name == "hex")
+            return Key::Hex;
+        if (name == "lat")
+            return Key::Lat;
+        if (name == "lon")
+            return Key::Lon;
+        if (name == "dst")
+            return Key::DistanceNM;
+        if (name == "dir")
+            return Key::DirectionDeg;
         break;
     case 4:
-        if (name == "seen") return Key::Seen;
-        if (name == "desc") return Key::TypeDescription;
+        if (name == "seen")
+            return Key::Seen;
+        if (name == "desc")
+            return Key::TypeDescription;
         break;
     case 5:
-        if (name == "track") return Key::Track;
-        if (name == "ownOp") return Key::OperatorName;
+        if (name == "track")
+            return Key::Track;
+        if (name == "ownOp")
+            return Key::OperatorName;
         break;
     case 6:
-        if (name == "flight") return Key::Flight;
-        if (name == "squawk") return Key::Squawk;
+        if (name == "flight")
+            return Key::Flight;
+        if (name == "squawk")
+            return Key::Squawk;
         break;
     case 7:
-        if (name == "dbFlags") return Key::DbFlags;
+        if (name == "dbFlags")
+            return Key::DbFlags;
         break;
     case 8:
-        if (name == "category") return Key::Category;
-        if (name == "alt_baro") return Key::AltBaro;
-        if (name == "alt_geom") return Key::AltGeom;
-        if (name == "seen_pos") return Key::SeenPos;
+        if (name == "category")
+            return Key::Category;
+        if (name == "alt_baro")
+            return Key::AltBaro;
+        if (name == "alt_geom")
+            return Key::AltGeom;
+        if (name == "seen_pos")
+            return Key::SeenPos;
         break;
     case 9:
-        if (name == "emergency") return Key::Emergency;
-        if (name == "baro_rate") return Key::BaroRate;
-        if (name == "geom_rate") return Key::GeomRate;
+        if (name == "emergency")
+            return Key::Emergency;
+        if (name == "baro_rate")
+            return Key::BaroRate;
+        if (name == "geom_rate")
+            return Key::GeomRate;
         break;
     default:
         break;
@@ -69,18 +113,25 @@ Key keyFor(std::string_view name)
 }
 
 constexpr std::array<const char *, keyCount> keyNames{
-    "hex", "flight", "squawk", "emergency", "category", "lat", "lon", "seen", "track", "dbFlags", "r", "t",
-    "desc", "ownOp", "alt_baro", "alt_geom", "gs", "baro_rate", "geom_rate", "seen_pos", "dst", "dir"};
+    "hex",   "flight",    "squawk",    "emergency", "category", "lat",   "lon",      "seen",
+    "track", "dbFlags",   "r",         "t",         "desc",     "ownOp", "alt_baro", "alt_geom",
+    "gs",    "baro_rate", "geom_rate", "seen_pos",  "dst",      "dir"};
 
 QString typeWord(ondemand::json_type type)
 {
     switch (type) {
-    case ondemand::json_type::array: return u"a list"_qs;
-    case ondemand::json_type::object: return u"an object"_qs;
-    case ondemand::json_type::number: return u"a number"_qs;
-    case ondemand::json_type::string: return u"a string"_qs;
-    case ondemand::json_type::boolean: return u"a boolean"_qs;
-    case ondemand::json_type::null: return u"null"_qs;
+    case ondemand::json_type::array:
+        return u"a list"_qs;
+    case ondemand::json_type::object:
+        return u"an object"_qs;
+    case ondemand::json_type::number:
+        return u"a number"_qs;
+    case ondemand::json_type::string:
+        return u"a string"_qs;
+    case ondemand::json_type::boolean:
+        return u"a boolean"_qs;
+    case ondemand::json_type::null:
+        return u"null"_qs;
     }
     return u"something else"_qs;
 }
@@ -98,19 +149,83 @@ QString syntaxMessage(simdjson::error_code code)
 
 std::string_view trimmedToken(std::string_view token)
 {
-    while (!token.empty() && (token.back() == ' ' || token.back() == '\t' || token.back() == '\n' ||
-                              token.back() == '\r'))
+    while (!token.empty() &&
+           (token.back() == ' ' || token.back() == '\t' || token.back() == '\n' || token.back() == '\r'))
         token.remove_suffix(1);
     return token;
 }
 
-enum class WholeNumber { Exact, Fraction, OutOfRange, Malformed };
+enum class WholeNumber
+{
+    Exact,
+    Fraction,
+    OutOfRange,
+    Malformed
+};
+
+constexpr bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Whether a token is a number by JSON's grammar. Feeds send dozens of numbers per row that the record
+// never reads, so this check, not the parsing below, is what most numbers cost.
+bool isJsonNumber(std::string_view token)
+{
+    const char *p = token.data();
+    const char *const end = p + token.size();
+    if (p != end && *p == '-')
+        ++p;
+    if (p == end)
+        return false;
+    if (*p == '0') {
+        ++p;
+    } else if (isDigit(*p)) {
+        while (++p != end && isDigit(*p)) {
+        }
+    } else {
+        return false;
+    }
+    if (p != end && *p == '.') {
+        const char *const digits = ++p;
+        while (p != end && isDigit(*p))
+            ++p;
+        if (p == digits)
+            return false;
+    }
+    if (p != end && (*p == 'e' || *p == 'E')) {
+        ++p;
+        if (p != end && (*p == '+' || *p == '-'))
+            ++p;
+        const char *const digits = p;
+        while (p != end && isDigit(*p))
+            ++p;
+        if (p == digits)
+            return false;
+    }
+    return p == end;
+}
 
 // Reads a JSON number token exactly, as decimal text, so that 12000.0 and 1.2e4 give 12000 while 1200.5,
 // 1e-400 and numbers past 64 bits are refused, with no detour through binary floating point. Also tells
 // whether the token is a number by JSON's grammar at all.
 WholeNumber parseWholeNumber(std::string_view token, qint64 &out)
 {
+    // The common case first: a plain integer of up to 18 digits, which can't overflow.
+    {
+        const bool negative = !token.empty() && token[0] == '-';
+        const std::string_view digits = token.substr(negative ? 1 : 0);
+        if (!digits.empty() && digits.size() <= 18 && (digits[0] != '0' || digits.size() == 1)) {
+            qint64 value = 0;
+            std::size_t i = 0;
+            while (i < digits.size() && isDigit(digits[i]))
+                value = value * 10 + (digits[i++] - '0');
+            if (i == digits.size()) {
+                out = negative ? -value : value;
+                return WholeNumber::Exact;
+            }
+        }
+    }
     constexpr std::size_t maxDigits = 19; // 10^19 > 2^63, so more significant digits can't fit
     std::size_t i = 0;
     const bool negative = i < token.size() && token[i] == '-';
@@ -118,7 +233,7 @@ WholeNumber parseWholeNumber(std::string_view token, qint64 &out)
         ++i;
     // The number is S x 10^exponent, where S are all the digits from the first nonzero one on.
     char stored[maxDigits];
-    std::size_t significant = 0;  // digits of S so far
+    std::size_t significant = 0;   // digits of S so far
     std::size_t trailingZeros = 0; // current run of zeros at the end of S
     long long exponent = 0;
     auto takeDigit = [&](char c, bool fraction) {
@@ -224,10 +339,8 @@ simdjson::error_code validate(ondemand::value value)
     }
     case ondemand::json_type::number: {
         // Checked by grammar alone: integers beyond 64 bits are valid JSON, merely not representable.
-        qint64 ignored = 0;
-        return parseWholeNumber(trimmedToken(value.raw_json_token()), ignored) == WholeNumber::Malformed
-                   ? simdjson::NUMBER_ERROR
-                   : simdjson::SUCCESS;
+        return isJsonNumber(trimmedToken(value.raw_json_token())) ? simdjson::SUCCESS
+                                                                  : simdjson::NUMBER_ERROR;
     }
     case ondemand::json_type::string:
         return value.get_string().error();
@@ -299,28 +412,71 @@ public:
                 m_record.m_hex = hex.value_or(QString());
                 break;
             }
-            case Key::Flight: error = readText(value, key, m_record.m_flight); break;
-            case Key::Squawk: error = readText(value, key, m_record.m_squawk); break;
-            case Key::Emergency: error = readText(value, key, m_record.m_emergency); break;
-            case Key::Category: error = readText(value, key, m_record.m_category); break;
-            case Key::Registration: error = readText(value, key, m_record.m_registration); break;
-            case Key::TypeCode: error = readText(value, key, m_record.m_typeCode); break;
-            case Key::TypeDescription: error = readText(value, key, m_record.m_typeDescription); break;
-            case Key::OperatorName: error = readText(value, key, m_record.m_operatorName); break;
-            case Key::Lat: error = readFloat(value, key, m_record.m_lat); break;
-            case Key::Lon: error = readFloat(value, key, m_record.m_lon); break;
-            case Key::Seen: error = readFloat(value, key, m_record.m_seen); break;
-            case Key::Track: error = readFloat(value, key, m_record.m_track); break;
-            case Key::GroundSpeed: error = readFloat(value, key, m_record.m_groundSpeed); break;
-            case Key::SeenPos: error = readFloat(value, key, m_record.m_seenPos); break;
-            case Key::DistanceNM: error = readFloat(value, key, m_record.m_distanceNM); break;
-            case Key::DirectionDeg: error = readFloat(value, key, m_record.m_directionDeg); break;
-            case Key::DbFlags: error = readInteger(value, key, m_record.m_dbFlags); break;
-            case Key::AltGeom: error = readInteger(value, key, m_record.m_altGeom); break;
-            case Key::BaroRate: error = readInteger(value, key, m_record.m_baroRate); break;
-            case Key::GeomRate: error = readInteger(value, key, m_record.m_geomRate); break;
-            case Key::AltBaro: error = readAltitude(value, m_record.m_altBaro); break;
-            case Key::Count: break;
+            case Key::Flight:
+                error = readText(value, key, m_record.m_flight);
+                break;
+            case Key::Squawk:
+                error = readText(value, key, m_record.m_squawk);
+                break;
+            case Key::Emergency:
+                error = readText(value, key, m_record.m_emergency);
+                break;
+            case Key::Category:
+                error = readText(value, key, m_record.m_category);
+                break;
+            case Key::Registration:
+                error = readText(value, key, m_record.m_registration);
+                break;
+            case Key::TypeCode:
+                error = readText(value, key, m_record.m_typeCode);
+                break;
+            case Key::TypeDescription:
+                error = readText(value, key, m_record.m_typeDescription);
+                break;
+            case Key::OperatorName:
+                error = readText(value, key, m_record.m_operatorName);
+                break;
+            case Key::Lat:
+                error = readFloat(value, key, m_record.m_lat);
+                break;
+            case Key::Lon:
+                error = readFloat(value, key, m_record.m_lon);
+                break;
+            case Key::Seen:
+                error = readFloat(value, key, m_record.m_seen);
+                break;
+            case Key::Track:
+                error = readFloat(value, key, m_record.m_track);
+                break;
+            case Key::GroundSpeed:
+                error = readFloat(value, key, m_record.m_groundSpeed);
+                break;
+            case Key::SeenPos:
+                error = readFloat(value, key, m_record.m_seenPos);
+                break;
+            case Key::DistanceNM:
+                error = readFloat(value, key, m_record.m_distanceNM);
+                break;
+            case Key::DirectionDeg:
+                error = readFloat(value, key, m_record.m_directionDeg);
+                break;
+            case Key::DbFlags:
+                error = readInteger(value, key, m_record.m_dbFlags);
+                break;
+            case Key::AltGeom:
+                error = readInteger(value, key, m_record.m_altGeom);
+                break;
+            case Key::BaroRate:
+                error = readInteger(value, key, m_record.m_baroRate);
+                break;
+            case Key::GeomRate:
+                error = readInteger(value, key, m_record.m_geomRate);
+                break;
+            case Key::AltBaro:
+                error = readAltitude(value, m_record.m_altBaro);
+                break;
+            case Key::Count:
+                break;
             }
             if (error)
                 return error;
@@ -355,10 +511,15 @@ public:
         if (type == ondemand::json_type::number) {
             qint64 feet = 0;
             switch (parseWholeNumber(trimmedToken(value.raw_json_token()), feet)) {
-            case WholeNumber::Exact: out = Aircraft::Altitude::feet(feet); return simdjson::SUCCESS;
-            case WholeNumber::Malformed: return simdjson::NUMBER_ERROR;
+            case WholeNumber::Exact:
+                out = Aircraft::Altitude::feet(feet);
+                return simdjson::SUCCESS;
+            case WholeNumber::Malformed:
+                return simdjson::NUMBER_ERROR;
             case WholeNumber::Fraction:
-            case WholeNumber::OutOfRange: out = Aircraft::Altitude::ground(); return simdjson::SUCCESS;
+            case WholeNumber::OutOfRange:
+                out = Aircraft::Altitude::ground();
+                return simdjson::SUCCESS;
             }
         }
         if (auto error = validate(value))
@@ -374,17 +535,19 @@ public:
 private:
     void outOfRange(Key key, std::string_view token)
     {
-        m_errors[std::size_t(key)] =
-            u"\"%1\" is out of range: %2"_qs.arg(QLatin1StringView(keyNames[std::size_t(key)]), shortToken(token));
+        m_errors[std::size_t(key)] = u"\"%1\" is out of range: %2"_qs.arg(
+            QLatin1StringView(keyNames[std::size_t(key)]), shortToken(token));
     }
 
     void fail(Key key, const QString &expected, const QString &got)
     {
-        m_errors[std::size_t(key)] = u"\"%1\" must be %2, not %3"_qs.arg(QLatin1StringView(keyNames[std::size_t(key)]), expected, got);
+        m_errors[std::size_t(key)] =
+            u"\"%1\" must be %2, not %3"_qs.arg(QLatin1StringView(keyNames[std::size_t(key)]), expected, got);
     }
 
     // Null is absent; any other wrong type fails the row (once the value is known to be valid JSON).
-    simdjson::error_code wrongType(ondemand::value value, ondemand::json_type type, Key key, const QString &expected)
+    simdjson::error_code wrongType(ondemand::value value, ondemand::json_type type, Key key,
+                                   const QString &expected)
     {
         if (auto error = validate(value))
             return error;
@@ -449,10 +612,17 @@ private:
         qint64 number = 0;
         out.reset();
         switch (parseWholeNumber(token, number)) {
-        case WholeNumber::Exact: out = number; break;
-        case WholeNumber::Malformed: return simdjson::NUMBER_ERROR;
-        case WholeNumber::Fraction: fail(key, u"a whole number"_qs, shortToken(token)); break;
-        case WholeNumber::OutOfRange: outOfRange(key, token); break;
+        case WholeNumber::Exact:
+            out = number;
+            break;
+        case WholeNumber::Malformed:
+            return simdjson::NUMBER_ERROR;
+        case WholeNumber::Fraction:
+            fail(key, u"a whole number"_qs, shortToken(token));
+            break;
+        case WholeNumber::OutOfRange:
+            outOfRange(key, token);
+            break;
         }
         return simdjson::SUCCESS;
     }
@@ -471,7 +641,8 @@ public:
         static ondemand::parser parser;
         // Avoid a copy when the buffer already has the padding simdjson reads past the end.
         if (json.capacity() - json.size() >= qsizetype(simdjson::SIMDJSON_PADDING)) {
-            m_error = parser.iterate(json.constData(), std::size_t(json.size()), std::size_t(json.capacity())).get(m_doc);
+            m_error = parser.iterate(json.constData(), std::size_t(json.size()), std::size_t(json.capacity()))
+                          .get(m_doc);
         } else {
             m_copy = simdjson::padded_string(json.constData(), std::size_t(json.size()));
             m_error = parser.iterate(m_copy).get(m_doc);
@@ -510,14 +681,16 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
     if (auto error = doc.type().get(type))
         return Decoded<APIResponse>::failure(syntaxMessage(error));
     if (type != ondemand::json_type::object)
-        return Decoded<APIResponse>::failure(u"the answer must be a JSON object, not %1"_qs.arg(typeWord(type)));
+        return Decoded<APIResponse>::failure(
+            u"the answer must be a JSON object, not %1"_qs.arg(typeWord(type)));
     ondemand::object root;
     if (auto error = doc.get_object().get(root))
         return Decoded<APIResponse>::failure(syntaxMessage(error));
 
     // "ac" is read before "aircraft", so its problems are the ones reported.
     std::array<ListOutcome, 2> lists;
-    auto readList = [](ondemand::value value, const char *name, ListOutcome &outcome) -> simdjson::error_code {
+    auto readList = [](ondemand::value value, const char *name,
+                       ListOutcome &outcome) -> simdjson::error_code {
         outcome = {};
         ondemand::json_type listType;
         if (auto error = value.type().get(listType))
@@ -526,7 +699,8 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
             if (auto error = validate(value))
                 return error;
             if (listType != ondemand::json_type::null)
-                outcome.error = u"\"%1\" must be a list, not %2"_qs.arg(QLatin1StringView(name), typeWord(listType));
+                outcome.error =
+                    u"\"%1\" must be a list, not %2"_qs.arg(QLatin1StringView(name), typeWord(listType));
             return simdjson::SUCCESS;
         }
         ondemand::array array;
@@ -578,7 +752,8 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
             continue;
         // Name the list only where it isn't obvious which one was meant.
         const bool ambiguous = i == 1 && lists[0].rows;
-        return Decoded<APIResponse>::failure(ambiguous ? u"\"aircraft\" "_qs + lists[i].error : lists[i].error);
+        return Decoded<APIResponse>::failure(ambiguous ? u"\"aircraft\" "_qs + lists[i].error
+                                                       : lists[i].error);
     }
     APIResponse response;
     response.ac = std::move(lists[0].rows);
@@ -586,37 +761,56 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
     return Decoded<APIResponse>::success(std::move(response));
 }
 
+namespace {
+
+// Reads a single JSON value of any kind. simdjson won't hand out a scalar document as a value, so the text
+// is read as the only element of a list; anything that would smuggle in a second element fails.
+template <typename Result, typename Read> Result decodeSingleValue(const QByteArray &json, Read read)
+{
+    const QByteArray wrapped = '[' + json + ']';
+    FeedDecoder::Document document(wrapped);
+    if (document.error())
+        return Result::failure(syntaxMessage(document.error()));
+    ondemand::array array;
+    if (auto error = document.doc().get_array().get(array))
+        return Result::failure(syntaxMessage(error));
+    std::optional<Result> result;
+    for (auto element : array) {
+        ondemand::value value;
+        if (auto error = element.get(value))
+            return Result::failure(syntaxMessage(error));
+        if (result)
+            return Result::failure(syntaxMessage(simdjson::TRAILING_CONTENT));
+        result = read(value);
+    }
+    if (!document.atEnd())
+        return Result::failure(syntaxMessage(simdjson::TRAILING_CONTENT));
+    if (!result)
+        return Result::failure(syntaxMessage(simdjson::EMPTY));
+    return *std::move(result);
+}
+
+} // namespace
+
 Decoded<Aircraft> FeedDecoder::decodeAircraft(const QByteArray &json)
 {
-    Document document(json);
-    if (document.error())
-        return Decoded<Aircraft>::failure(syntaxMessage(document.error()));
-    ondemand::value value;
-    if (auto error = document.doc().get_value().get(value))
-        return Decoded<Aircraft>::failure(syntaxMessage(error));
-    RowReader reader;
-    if (auto error = reader.read(value))
-        return Decoded<Aircraft>::failure(syntaxMessage(error));
-    if (!document.atEnd())
-        return Decoded<Aircraft>::failure(syntaxMessage(simdjson::TRAILING_CONTENT));
-    if (reader.failed())
-        return Decoded<Aircraft>::failure(reader.bareError());
-    return Decoded<Aircraft>::success(reader.takeRecord());
+    return decodeSingleValue<Decoded<Aircraft>>(json, [](ondemand::value value) {
+        RowReader reader;
+        if (auto error = reader.read(value))
+            return Decoded<Aircraft>::failure(syntaxMessage(error));
+        if (reader.failed())
+            return Decoded<Aircraft>::failure(reader.bareError());
+        return Decoded<Aircraft>::success(reader.takeRecord());
+    });
 }
 
 Decoded<std::optional<Aircraft::Altitude>> FeedDecoder::decodeAltitude(const QByteArray &json)
 {
     using Result = Decoded<std::optional<Aircraft::Altitude>>;
-    Document document(json);
-    if (document.error())
-        return Result::failure(syntaxMessage(document.error()));
-    ondemand::value value;
-    std::optional<Aircraft::Altitude> altitude;
-    if (auto error = document.doc().get_value().get(value))
-        return Result::failure(syntaxMessage(error));
-    if (auto error = RowReader::readAltitude(value, altitude))
-        return Result::failure(syntaxMessage(error));
-    if (!document.atEnd())
-        return Result::failure(syntaxMessage(simdjson::TRAILING_CONTENT));
-    return Result::success(altitude);
+    return decodeSingleValue<Result>(json, [](ondemand::value value) {
+        std::optional<Aircraft::Altitude> altitude;
+        if (auto error = RowReader::readAltitude(value, altitude))
+            return Result::failure(syntaxMessage(error));
+        return Result::success(altitude);
+    });
 }

@@ -22,7 +22,9 @@ public:
     // only on text that isn't JSON.
     [[nodiscard]] static Decoded<std::optional<Aircraft::Altitude>> decodeAltitude(const QByteArray &json);
 
+    // One parse of one answer (internal).
+    class Document;
+
 private:
     class RowReader;
-    class Document;
 };

@@ -1,0 +1,26 @@
+#include "HttpClient.h"
+
+#include <QNetworkRequest>
+
+HttpClient::HttpClient(QObject *parent) : QNetworkAccessManager(parent)
+{
+    setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+}
+
+HttpClient *HttpClient::shared()
+{
+    static HttpClient *client = new HttpClient(); // never released: it lives as long as the process
+    return client;
+}
+
+QByteArray HttpClient::userAgent()
+{
+    return QByteArrayLiteral("Aerolume/" AEROLUME_VERSION);
+}
+
+QNetworkReply *HttpClient::createRequest(Operation op, const QNetworkRequest &request, QIODevice *outgoingData)
+{
+    QNetworkRequest withAgent(request);
+    withAgent.setHeader(QNetworkRequest::UserAgentHeader, userAgent());
+    return QNetworkAccessManager::createRequest(op, withAgent, outgoingData);
+}

@@ -1,0 +1,45 @@
+#include "Services.h"
+
+#include <QtGlobal>
+
+namespace Services {
+
+namespace {
+
+QString fromEnvironment(const char *variable, const QString &fallback)
+{
+    const QString value = qEnvironmentVariable(variable).trimmed();
+    return value.isEmpty() ? fallback : value;
+}
+
+QString baseAddress(const char *variable, const QString &fallback)
+{
+    QString address = fromEnvironment(variable, fallback);
+    while (address.endsWith(u'/'))
+        address.chop(1);
+    return address;
+}
+
+} // namespace
+
+QString primaryFeedURL()
+{
+    return baseAddress("AEROLUME_PRIMARY_FEED_URL", u"https://api.adsb.lol"_qs);
+}
+
+QString fallbackFeedURL()
+{
+    return baseAddress("AEROLUME_FALLBACK_FEED_URL", u"https://opendata.adsb.fi"_qs);
+}
+
+QString primaryFeedName()
+{
+    return fromEnvironment("AEROLUME_PRIMARY_FEED_NAME", u"adsb.lol"_qs);
+}
+
+QString fallbackFeedName()
+{
+    return fromEnvironment("AEROLUME_FALLBACK_FEED_NAME", u"adsb.fi"_qs);
+}
+
+} // namespace Services

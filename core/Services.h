@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+// Addresses and display names of the services Aerolume talks to. Each base address can be replaced by
+// an environment variable, read at the moment of use, which is how tests and the local simulator point
+// the program at loopback.
+namespace Services {
+
+// Base addresses, without a trailing slash.
+[[nodiscard]] QString primaryFeedURL();
+[[nodiscard]] QString fallbackFeedURL();
+
+// The names the feeds are credited by; a user who points Aerolume at their own receiver can name it.
+[[nodiscard]] QString primaryFeedName();
+[[nodiscard]] QString fallbackFeedName();
+
+} // namespace Services
