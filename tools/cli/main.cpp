@@ -1,7 +1,63 @@
+#include "DefaultsStore.h"
+#include "FlightStore.h"
+#include "HomeCommand.h"
+#include "LiveStateLock.h"
 #include "NearbyCommand.h"
+#include "WatchCommand.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
+
+namespace {
+
+QString usage()
+{
+    return NearbyCommand::usage() + u'\n' + HomeCommand::usage() + u'\n' + WatchCommand::usage();
+}
+
+int nearby(QCoreApplication &app, const QStringList &arguments)
+{
+    QString error;
+    const auto options = NearbyCommand::parse(arguments, &error);
+    if (!options) {
+        QTextStream(stderr) << error << '\n' << NearbyCommand::usage() << '\n';
+        return 2;
+    }
+    NearbyCommand command(*options);
+    QObject::connect(&command, &NearbyCommand::finished, &app, &QCoreApplication::exit, Qt::QueuedConnection);
+    command.start();
+    return app.exec();
+}
+
+int watch(QCoreApplication &app, const QStringList &arguments)
+{
+    QTextStream err(stderr);
+    QString error;
+    const auto options = WatchCommand::parse(arguments, &error);
+    if (!options) {
+        err << error << '\n' << WatchCommand::usage() << '\n';
+        return 2;
+    }
+    LiveStateLock lock;
+    if (!lock.tryLock()) {
+        err << "Aerolume's live state is already run by " << lock.holder() << ".\n";
+        return 1;
+    }
+    if (!DefaultsStore::shared()->dataValue(u"homeLocation"_qs)) {
+        err << "No home is set: set one with aerolume-cli home set LAT LON [LABEL].\n";
+        return 1;
+    }
+    FlightStore *store = FlightStore::shared();
+    if (!store->home()) {
+        err << "The stored home can't be read: set it again with aerolume-cli home set LAT LON [LABEL].\n";
+        return 1;
+    }
+    WatchCommand command(*options, store);
+    QObject::connect(&command, &WatchCommand::finished, &app, &QCoreApplication::exit, Qt::QueuedConnection);
+    return app.exec();
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -9,24 +65,26 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationName(u"aerolume-cli"_qs);
     QCoreApplication::setApplicationVersion(QStringLiteral(AEROLUME_VERSION));
 
-    QStringList arguments = app.arguments().mid(1);
-    QTextStream err(stderr);
-    if (arguments.isEmpty() || arguments.constFirst() == u"--help" || arguments.constFirst() == u"-h") {
-        QTextStream(stdout) << NearbyCommand::usage() << '\n';
-        return arguments.isEmpty() ? 2 : 0;
-    }
-    if (arguments.constFirst() != u"nearby") {
-        err << "unknown command: " << arguments.constFirst() << '\n' << NearbyCommand::usage() << '\n';
+    const QStringList arguments = app.arguments().mid(1);
+    const QString command = arguments.value(0);
+    if (command.isEmpty()) {
+        QTextStream(stderr) << usage() << '\n';
         return 2;
     }
-    QString error;
-    const auto options = NearbyCommand::parse(arguments.mid(1), &error);
-    if (!options) {
-        err << error << '\n' << NearbyCommand::usage() << '\n';
-        return 2;
+    if (command == u"--help" || command == u"-h" || command == u"help") {
+        QTextStream(stdout) << usage() << '\n';
+        return 0;
     }
-    NearbyCommand command(*options);
-    QObject::connect(&command, &NearbyCommand::finished, &app, &QCoreApplication::exit, Qt::QueuedConnection);
-    command.start();
-    return app.exec();
+    if (command == u"--version") {
+        QTextStream(stdout) << "aerolume-cli " << AEROLUME_VERSION << '\n';
+        return 0;
+    }
+    if (command == u"nearby")
+        return nearby(app, arguments.mid(1));
+    if (command == u"home" || command == u"radius")
+        return HomeCommand::run(arguments);
+    if (command == u"watch")
+        return watch(app, arguments.mid(1));
+    QTextStream(stderr) << "unknown command: " << command << '\n' << usage() << '\n';
+    return 2;
 }
