@@ -39,13 +39,20 @@ private slots:
         QVERIFY(!aircraft.altGeom() && !aircraft.groundSpeed() && !aircraft.track());
         QVERIFY(!aircraft.baroRate() && !aircraft.geomRate() && !aircraft.squawk() && !aircraft.emergency());
         QVERIFY(!aircraft.category() && !aircraft.lat() && !aircraft.lon() && !aircraft.seen());
-        QVERIFY(!aircraft.seenPos() && !aircraft.dbFlags() && !aircraft.distanceNM() && !aircraft.directionDeg());
+        QVERIFY(!aircraft.seenPos() && !aircraft.dbFlags() && !aircraft.distanceNM() &&
+                !aircraft.directionDeg());
         QVERIFY(!aircraft.isEmpty());
     }
 
     void fullRowKeepsEveryFieldAsSent()
     {
-        const Aircraft aircraft = decodeRow(R"({)" R"("hex":"~A1b2C3","flight":"ASA512  ","r":"N512AS","t":"B739","desc":"BOEING 737-900",)" R"("ownOp":"ALASKA AIRLINES INC","alt_baro":35000,"alt_geom":35575,"gs":452.3,"track":271.5,)" R"("baro_rate":-1024,"geom_rate":-992,"squawk":"2741","emergency":"none","category":"A3",)" R"("lat":47.5,"lon":-122.25,"seen":0.4,"seen_pos":1.2,"dbFlags":0,"dst":12.345,"dir":247.2,)" R"("mlat":[],"tisb":[],"nav_modes":["autopilot","tcas"],"rssi":-21.3,"type":"adsb_icao"})");
+        const Aircraft aircraft = decodeRow(
+            R"({)"
+            R"("hex":"~A1b2C3","flight":"ASA512  ","r":"N512AS","t":"B739","desc":"BOEING 737-900",)"
+            R"("ownOp":"ALASKA AIRLINES INC","alt_baro":35000,"alt_geom":35575,"gs":452.3,"track":271.5,)"
+            R"("baro_rate":-1024,"geom_rate":-992,"squawk":"2741","emergency":"none","category":"A3",)"
+            R"("lat":47.5,"lon":-122.25,"seen":0.4,"seen_pos":1.2,"dbFlags":0,"dst":12.345,"dir":247.2,)"
+            R"("mlat":[],"tisb":[],"nav_modes":["autopilot","tcas"],"rssi":-21.3,"type":"adsb_icao"})");
         QCOMPARE(aircraft.hex(), u"~A1b2C3"_qs);
         QCOMPARE(aircraft.flight(), u"ASA512  "_qs);
         QCOMPARE(aircraft.registration(), u"N512AS"_qs);
@@ -77,27 +84,34 @@ private slots:
         QTest::addColumn<bool>("ok");
         QTest::addColumn<QString>("error");
 
-        QTest::newRow("numeric squawk") << QByteArray(R"({"hex":"a1","squawk":7700})") << false
-                                        << QString::fromUtf8(R"(row: "squawk" must be a string, not a number)");
-        QTest::newRow("null squawk is absent") << QByteArray(R"({"hex":"a1","squawk":null})") << true << QString();
+        QTest::newRow("numeric squawk")
+            << QByteArray(R"({"hex":"a1","squawk":7700})") << false
+            << QString::fromUtf8(R"(row: "squawk" must be a string, not a number)");
+        QTest::newRow("null squawk is absent")
+            << QByteArray(R"({"hex":"a1","squawk":null})") << true << QString();
         QTest::newRow("boolean flight") << QByteArray(R"({"hex":"a1","flight":true})") << false
                                         << QString::fromUtf8(R"("flight" must be a string, not a boolean)");
         QTest::newRow("list registration") << QByteArray(R"({"hex":"a1","r":["N1"]})") << false
                                            << QString::fromUtf8(R"("r" must be a string, not a list)");
         QTest::newRow("object desc") << QByteArray(R"({"hex":"a1","desc":{}})") << false
                                      << QString::fromUtf8(R"("desc" must be a string, not an object)");
-        QTest::newRow("fractional baro_rate") << QByteArray(R"({"hex":"a1","baro_rate":-64.5})") << false
-                                              << QString::fromUtf8(R"("baro_rate" must be a whole number, not -64.5)");
-        QTest::newRow("whole float reads") << QByteArray(R"({"hex":"a1","alt_geom":12000.0})") << true << QString();
-        QTest::newRow("exponent reads") << QByteArray(R"({"hex":"a1","alt_geom":1.2e4})") << true << QString();
+        QTest::newRow("fractional baro_rate")
+            << QByteArray(R"({"hex":"a1","baro_rate":-64.5})") << false
+            << QString::fromUtf8(R"("baro_rate" must be a whole number, not -64.5)");
+        QTest::newRow("whole float reads")
+            << QByteArray(R"({"hex":"a1","alt_geom":12000.0})") << true << QString();
+        QTest::newRow("exponent reads")
+            << QByteArray(R"({"hex":"a1","alt_geom":1.2e4})") << true << QString();
         QTest::newRow("tiny exponent fails") << QByteArray(R"({"hex":"a1","alt_geom":1e-400})") << false
                                              << QString::fromUtf8(R"("alt_geom" must be a whole number)");
-        QTest::newRow("quoted digits fail") << QByteArray(R"({"hex":"a1","geom_rate":"64"})") << false
-                                            << QString::fromUtf8(R"("geom_rate" must be a whole number, not a string)");
-        QTest::newRow("beyond 64 bits") << QByteArray(R"({"hex":"a1","dbFlags":9223372036854775808})") << false
-                                        << QString::fromUtf8(R"("dbFlags" is out of range: 9223372036854775808)");
-        QTest::newRow("smallest 64-bit") << QByteArray(R"({"hex":"a1","dbFlags":-9223372036854775808})") << true
-                                         << QString();
+        QTest::newRow("quoted digits fail")
+            << QByteArray(R"({"hex":"a1","geom_rate":"64"})") << false
+            << QString::fromUtf8(R"("geom_rate" must be a whole number, not a string)");
+        QTest::newRow("beyond 64 bits")
+            << QByteArray(R"({"hex":"a1","dbFlags":9223372036854775808})") << false
+            << QString::fromUtf8(R"("dbFlags" is out of range: 9223372036854775808)");
+        QTest::newRow("smallest 64-bit")
+            << QByteArray(R"({"hex":"a1","dbFlags":-9223372036854775808})") << true << QString();
         QTest::newRow("huge exponent") << QByteArray(R"({"hex":"a1","alt_geom":1e30})") << false
                                        << QString::fromUtf8(R"("alt_geom" is out of range)");
         QTest::newRow("integer float field") << QByteArray(R"({"hex":"a1","gs":320})") << true << QString();
@@ -105,23 +119,28 @@ private slots:
                                           << QString::fromUtf8(R"("lat" must be a number, not a string)");
         QTest::newRow("float past double range") << QByteArray(R"({"hex":"a1","track":1e400})") << false
                                                  << QString::fromUtf8(R"("track" is out of range: 1e400)");
-        QTest::newRow("missing hex") << QByteArray(R"({"flight":"ASA512"})") << false << QString::fromUtf8(R"("hex" is missing)");
-        QTest::newRow("null hex") << QByteArray(R"({"hex":null})") << false << QString::fromUtf8(R"("hex" must be a string, not null)");
+        QTest::newRow("missing hex") << QByteArray(R"({"flight":"ASA512"})") << false
+                                     << QString::fromUtf8(R"("hex" is missing)");
+        QTest::newRow("null hex") << QByteArray(R"({"hex":null})") << false
+                                  << QString::fromUtf8(R"("hex" must be a string, not null)");
         QTest::newRow("numeric hex") << QByteArray(R"({"hex":123})") << false
                                      << QString::fromUtf8(R"("hex" must be a string, not a number)");
-        QTest::newRow("keys match with case") << QByteArray(R"({"hex":"a1","Squawk":7700,"HEX":1})") << true
-                                              << QString();
-        QTest::newRow("unknown keys of any shape") << QByteArray(R"({"hex":"a1","x":{"y":[1,{"z":null}]},"n":1e999})")
-                                                   << true << QString();
-        QTest::newRow("row not an object") << QByteArray(R"("a1")") << false << u"must be an object, not a string"_qs;
-        QTest::newRow("the earlier key's error wins") << QByteArray(R"({"gs":"x","hex":"a1","squawk":1})") << false
-                                                      << QString::fromUtf8(R"("squawk" must be a string)");
+        QTest::newRow("keys match with case")
+            << QByteArray(R"({"hex":"a1","Squawk":7700,"HEX":1})") << true << QString();
+        QTest::newRow("unknown keys of any shape")
+            << QByteArray(R"({"hex":"a1","x":{"y":[1,{"z":null}]},"n":1e999})") << true << QString();
+        QTest::newRow("row not an object")
+            << QByteArray(R"("a1")") << false << u"must be an object, not a string"_qs;
+        QTest::newRow("the earlier key's error wins")
+            << QByteArray(R"({"gs":"x","hex":"a1","squawk":1})") << false
+            << QString::fromUtf8(R"("squawk" must be a string)");
         QTest::newRow("escaped key") << QByteArray(R"({"\u0068ex":"a1"})") << true << QString();
-        QTest::newRow("malformed unknown value") << QByteArray(R"({"hex":"a1","x":tru})") << false
-                                                 << u"not valid JSON"_qs;
-        QTest::newRow("malformed number") << QByteArray(R"({"hex":"a1","alt_geom":01})") << false
-                                          << u"not valid JSON"_qs;
-        QTest::newRow("trailing content") << QByteArray(R"({"hex":"a1"} {})") << false << u"not valid JSON"_qs;
+        QTest::newRow("malformed unknown value")
+            << QByteArray(R"({"hex":"a1","x":tru})") << false << u"not valid JSON"_qs;
+        QTest::newRow("malformed number")
+            << QByteArray(R"({"hex":"a1","alt_geom":01})") << false << u"not valid JSON"_qs;
+        QTest::newRow("trailing content")
+            << QByteArray(R"({"hex":"a1"} {})") << false << u"not valid JSON"_qs;
     }
 
     void fieldTypes()
@@ -142,7 +161,8 @@ private slots:
     void numbersKeepTheirValue()
     {
         const Aircraft aircraft =
-            decodeRow(R"({"hex":"a1","alt_geom":12000.0,"baro_rate":-1.28e2,"dbFlags":-9223372036854775808,)" R"("geom_rate":-0.0,"gs":320,"track":1E2})");
+            decodeRow(R"({"hex":"a1","alt_geom":12000.0,"baro_rate":-1.28e2,"dbFlags":-9223372036854775808,)"
+                      R"("geom_rate":-0.0,"gs":320,"track":1E2})");
         QCOMPARE(aircraft.altGeom(), 12000);
         QCOMPARE(aircraft.baroRate(), -128);
         QCOMPARE(aircraft.dbFlags(), std::numeric_limits<qint64>::min());
@@ -197,23 +217,26 @@ private slots:
         QTest::addColumn<QByteArray>("answer");
         QTest::addColumn<bool>("ok");
         QTest::addColumn<QStringList>("hexes"); // the list used, or the error's expected words
-        QTest::newRow("ac") << QByteArray(R"({"ac":[{"hex":"a"},{"hex":"b"}],"msg":"No error","now":1})") << true
-                            << QStringList{u"a"_qs, u"b"_qs};
+        QTest::newRow("ac") << QByteArray(R"({"ac":[{"hex":"a"},{"hex":"b"}],"msg":"No error","now":1})")
+                            << true << QStringList{u"a"_qs, u"b"_qs};
         QTest::newRow("aircraft") << QByteArray(R"({"aircraft":[{"hex":"c"}],"now":1.5})") << true
                                   << QStringList{u"c"_qs};
-        QTest::newRow("empty ac wins") << QByteArray(R"({"ac":[],"aircraft":[{"hex":"a"}]})") << true << QStringList{};
-        QTest::newRow("ac after aircraft still wins") << QByteArray(R"({"aircraft":[{"hex":"a"}],"ac":[{"hex":"b"}]})")
-                                                      << true << QStringList{u"b"_qs};
-        QTest::newRow("null ac is absent") << QByteArray(R"({"ac":null,"aircraft":[{"hex":"a"}]})") << true
-                                           << QStringList{u"a"_qs};
+        QTest::newRow("empty ac wins")
+            << QByteArray(R"({"ac":[],"aircraft":[{"hex":"a"}]})") << true << QStringList{};
+        QTest::newRow("ac after aircraft still wins")
+            << QByteArray(R"({"aircraft":[{"hex":"a"}],"ac":[{"hex":"b"}]})") << true << QStringList{u"b"_qs};
+        QTest::newRow("null ac is absent")
+            << QByteArray(R"({"ac":null,"aircraft":[{"hex":"a"}]})") << true << QStringList{u"a"_qs};
         QTest::newRow("neither key") << QByteArray(R"({"msg":"No error"})") << true << QStringList{};
-        QTest::newRow("one bad row among good ones") << hundredRowsWithOneBad() << false
-                                                     << QStringList{u"row 57: \"hex\" is missing"_qs};
-        QTest::newRow("bad row in the unused list") << QByteArray(R"({"ac":[{"hex":"a"}],"aircraft":[{"hex":"b"},{"hex":"c","squawk":1}]})")
-                                                    << false
-                                                    << QStringList{QString::fromUtf8(R"("aircraft" row 1 (c): "squawk" must be a string, not a number)")};
-        QTest::newRow("list of the wrong type") << QByteArray(R"({"ac":{"hex":"a"}})") << false
-                                                << QStringList{QString::fromUtf8(R"("ac" must be a list, not an object)")};
+        QTest::newRow("one bad row among good ones")
+            << hundredRowsWithOneBad() << false << QStringList{u"row 57: \"hex\" is missing"_qs};
+        QTest::newRow("bad row in the unused list")
+            << QByteArray(R"({"ac":[{"hex":"a"}],"aircraft":[{"hex":"b"},{"hex":"c","squawk":1}]})") << false
+            << QStringList{
+                   QString::fromUtf8(R"("aircraft" row 1 (c): "squawk" must be a string, not a number)")};
+        QTest::newRow("list of the wrong type")
+            << QByteArray(R"({"ac":{"hex":"a"}})") << false
+            << QStringList{QString::fromUtf8(R"("ac" must be a list, not an object)")};
         QTest::newRow("row of the wrong type") << QByteArray(R"({"ac":[{"hex":"a"},3]})") << false
                                                << QStringList{u"row 1: must be an object, not a number"_qs};
         QTest::newRow("array at top level") << QByteArray(R"([{"hex":"a"}])") << false
@@ -221,14 +244,15 @@ private slots:
         QTest::newRow("empty answer") << QByteArray() << false << QStringList{u"not valid JSON"_qs};
         QTest::newRow("truncated") << QByteArray(R"({"ac":[{"hex":"a"},{"hex":)") << false
                                    << QStringList{u"not valid JSON"_qs};
-        QTest::newRow("invalid UTF-8") << QByteArray("{\"ac\":[{\"hex\":\"a\xff\"}]}") << false
-                                       << QStringList{u"not valid JSON"_qs};
-        QTest::newRow("malformed value elsewhere") << QByteArray(R"({"ac":[],"now":12.})") << false
-                                                   << QStringList{u"not valid JSON"_qs};
-        QTest::newRow("first bad row is reported") << QByteArray(R"({"ac":[{"hex":"a","gs":"1"},{"hex":"b","t":2}]})")
-                                                   << false << QStringList{QString::fromUtf8(R"(row 0 (a): "gs" must be a number)")};
-        QTest::newRow("unicode kept") << QByteArray(R"({"ac":[{"hex":"\u00e9\ud83d\ude00"}]})") << true
-                                      << QStringList{u"é😀"_qs};
+        QTest::newRow("invalid UTF-8")
+            << QByteArray("{\"ac\":[{\"hex\":\"a\xff\"}]}") << false << QStringList{u"not valid JSON"_qs};
+        QTest::newRow("malformed value elsewhere")
+            << QByteArray(R"({"ac":[],"now":12.})") << false << QStringList{u"not valid JSON"_qs};
+        QTest::newRow("first bad row is reported")
+            << QByteArray(R"({"ac":[{"hex":"a","gs":"1"},{"hex":"b","t":2}]})") << false
+            << QStringList{QString::fromUtf8(R"(row 0 (a): "gs" must be a number)")};
+        QTest::newRow("unicode kept")
+            << QByteArray(R"({"ac":[{"hex":"\u00e9\ud83d\ude00"}]})") << true << QStringList{u"é😀"_qs};
     }
 
     void envelope()
@@ -286,16 +310,18 @@ private slots:
         QTest::addColumn<QByteArray>("json");
         QTest::addColumn<bool>("ok");
         QTest::addColumn<QString>("error");
-        QTest::newRow("complete") << QByteArray(R"({"latitude":47.6,"longitude":-122.3,"label":"Seattle"})") << true
-                                  << QString();
-        QTest::newRow("integers are numbers") << QByteArray(R"({"latitude":47,"longitude":-122,"label":""})") << true
-                                              << QString();
+        QTest::newRow("complete") << QByteArray(R"({"latitude":47.6,"longitude":-122.3,"label":"Seattle"})")
+                                  << true << QString();
+        QTest::newRow("integers are numbers")
+            << QByteArray(R"({"latitude":47,"longitude":-122,"label":""})") << true << QString();
         QTest::newRow("missing label") << QByteArray(R"({"latitude":47.6,"longitude":-122.3})") << false
                                        << QString::fromUtf8(R"("label" is missing)");
-        QTest::newRow("null latitude") << QByteArray(R"({"latitude":null,"longitude":1,"label":"x"})") << false
-                                       << QString::fromUtf8(R"("latitude" must be a number, not null)");
-        QTest::newRow("quoted longitude") << QByteArray(R"({"latitude":1,"longitude":"2","label":"x"})") << false
-                                          << QString::fromUtf8(R"("longitude" must be a number, not a string)");
+        QTest::newRow("null latitude")
+            << QByteArray(R"({"latitude":null,"longitude":1,"label":"x"})") << false
+            << QString::fromUtf8(R"("latitude" must be a number, not null)");
+        QTest::newRow("quoted longitude")
+            << QByteArray(R"({"latitude":1,"longitude":"2","label":"x"})") << false
+            << QString::fromUtf8(R"("longitude" must be a number, not a string)");
         QTest::newRow("not an object") << QByteArray(R"([1,2,"x"])") << false << u"must be a JSON object"_qs;
         QTest::newRow("not JSON") << QByteArray("lat=1") << false << u"not valid JSON"_qs;
     }
@@ -329,7 +355,7 @@ private:
             if (i)
                 answer += ',';
             answer += i == 57 ? QByteArray("{\"flight\":\"ASA512\"}")
-                                : "{\"hex\":\"a" + QByteArray::number(i) + "\"}";
+                              : "{\"hex\":\"a" + QByteArray::number(i) + "\"}";
         }
         return answer + "]}";
     }

@@ -1,6 +1,6 @@
+#include "FeedFetch.h"
 #include "ADSB.h"
 #include "APIResponse.h"
-#include "FeedFetch.h"
 #include "HttpClient.h"
 #include "LoopbackHttpServer.h"
 
@@ -17,21 +17,34 @@ const QByteArray primaryPath = "/v2/point/";
 const QByteArray fallbackPath = "/api/v2/lat/";
 
 // How one network behaves in a case.
-enum class Behaviour { Rows, Empty, StaleRows, Status500, Status204, Status304, BadRow, Drop, Silent };
+enum class Behaviour
+{
+    Rows,
+    Empty,
+    StaleRows,
+    Status500,
+    Status204,
+    Status304,
+    BadRow,
+    Drop,
+    Silent
+};
 
 QByteArray answerFor(Behaviour behaviour, const char *listKey, const char *hexPrefix)
 {
     const QByteArray prefix(hexPrefix);
     switch (behaviour) {
     case Behaviour::Rows:
-        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix + "1\",\"lat\":1,\"lon\":2,\"dst\":3.5}]}";
+        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix +
+               "1\",\"lat\":1,\"lon\":2,\"dst\":3.5}]}";
     case Behaviour::Empty:
         return QByteArray("{\"") + listKey + "\":[]}";
     case Behaviour::StaleRows:
-        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix + "1\",\"lat\":1,\"lon\":2,\"seen_pos\":61}," +
-               "{\"hex\":\"" + prefix + "2\",\"lat\":1}]}";
+        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix +
+               "1\",\"lat\":1,\"lon\":2,\"seen_pos\":61}," + "{\"hex\":\"" + prefix + "2\",\"lat\":1}]}";
     case Behaviour::BadRow:
-        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix + "1\",\"lat\":1,\"lon\":2},{\"lat\":1}]}";
+        return QByteArray("{\"") + listKey + "\":[{\"hex\":\"" + prefix +
+               "1\",\"lat\":1,\"lon\":2},{\"lat\":1}]}";
     default:
         return {};
     }
@@ -43,12 +56,24 @@ LoopbackHttpServer::Handler handlerFor(Behaviour behaviour, const char *listKey,
         Response response;
         response.body = answerFor(behaviour, listKey, hexPrefix);
         switch (behaviour) {
-        case Behaviour::Status500: response.status = 500; response.body = "oops"; break;
-        case Behaviour::Status204: response.status = 204; break;
-        case Behaviour::Status304: response.status = 304; break;
-        case Behaviour::Drop: response.drop = true; break;
-        case Behaviour::Silent: response.hold = true; break;
-        default: break;
+        case Behaviour::Status500:
+            response.status = 500;
+            response.body = "oops";
+            break;
+        case Behaviour::Status204:
+            response.status = 204;
+            break;
+        case Behaviour::Status304:
+            response.status = 304;
+            break;
+        case Behaviour::Drop:
+            response.drop = true;
+            break;
+        case Behaviour::Silent:
+            response.hold = true;
+            break;
+        default:
+            break;
         }
         return response;
     };
@@ -101,7 +126,8 @@ class FeedFetchTest : public QObject
 
     FeedFetch *newFetch(double radius = 25, int timeoutMs = 5000)
     {
-        auto *fetch = new FeedFetch(ADSB::sources(), HomeLocation(45.6, -122.7, u"Home"_qs), radius, &m_network);
+        auto *fetch =
+            new FeedFetch(ADSB::sources(), HomeLocation(45.6, -122.7, u"Home"_qs), radius, &m_network);
         fetch->setTimeoutMs(timeoutMs);
         return fetch;
     }
@@ -124,28 +150,35 @@ private slots:
         // Qt resends a request once when the connection closes before any answer, as HTTP clients do.
         QTest::addColumn<bool>("fallbackAsked");
 
-        QTest::newRow("rows, not asked") << Behaviour::Rows << Behaviour::Rows << u"ok adsb.lol p1"_qs << false;
+        QTest::newRow("rows, not asked")
+            << Behaviour::Rows << Behaviour::Rows << u"ok adsb.lol p1"_qs << false;
         QTest::newRow("empty, rows") << Behaviour::Empty << Behaviour::Rows << u"ok adsb.fi f1"_qs << true;
         QTest::newRow("empty, empty") << Behaviour::Empty << Behaviour::Empty << u"ok adsb.lol "_qs << true;
-        QTest::newRow("empty, error") << Behaviour::Empty << Behaviour::Status500 << u"ok adsb.lol "_qs << true;
-        QTest::newRow("error, rows") << Behaviour::Status500 << Behaviour::Rows << u"ok adsb.fi f1"_qs << true;
-        QTest::newRow("error, empty") << Behaviour::Status500 << Behaviour::Empty << u"ok adsb.fi "_qs << true;
-        QTest::newRow("error, error") << Behaviour::Status500 << Behaviour::Status500
-                                      << u"error adsb.fi returned an error"_qs << true;
-        QTest::newRow("stale rows count as empty") << Behaviour::StaleRows << Behaviour::Rows << u"ok adsb.fi f1"_qs
-                                                   << true;
-        QTest::newRow("204 is an error, not empty") << Behaviour::Rows << Behaviour::Status204 << u"ok adsb.lol p1"_qs
-                                                    << false;
-        QTest::newRow("204 then empty") << Behaviour::Status204 << Behaviour::Empty << u"ok adsb.fi "_qs << true;
-        QTest::newRow("304 then 204") << Behaviour::Status304 << Behaviour::Status204
-                                      << u"error adsb.fi returned an error"_qs << true;
-        QTest::newRow("a bad row fails the answer") << Behaviour::BadRow << Behaviour::Status500
-                                                    << u"error adsb.fi returned an error"_qs << true;
-        QTest::newRow("bad row, then bad row") << Behaviour::BadRow << Behaviour::BadRow
-                                               << QString::fromUtf8(R"(error adsb.fi: row 1: "hex" is missing)") << true;
-        QTest::newRow("dropped connection, then rows") << Behaviour::Drop << Behaviour::Rows << u"ok adsb.fi f1"_qs << true;
-        QTest::newRow("error, dropped connection") << Behaviour::Status500 << Behaviour::Drop
-                                                   << u"error adsb.fi: Connection closed"_qs << true;
+        QTest::newRow("empty, error")
+            << Behaviour::Empty << Behaviour::Status500 << u"ok adsb.lol "_qs << true;
+        QTest::newRow("error, rows") << Behaviour::Status500 << Behaviour::Rows << u"ok adsb.fi f1"_qs
+                                     << true;
+        QTest::newRow("error, empty")
+            << Behaviour::Status500 << Behaviour::Empty << u"ok adsb.fi "_qs << true;
+        QTest::newRow("error, error")
+            << Behaviour::Status500 << Behaviour::Status500 << u"error adsb.fi returned an error"_qs << true;
+        QTest::newRow("stale rows count as empty")
+            << Behaviour::StaleRows << Behaviour::Rows << u"ok adsb.fi f1"_qs << true;
+        QTest::newRow("204 is an error, not empty")
+            << Behaviour::Rows << Behaviour::Status204 << u"ok adsb.lol p1"_qs << false;
+        QTest::newRow("204 then empty")
+            << Behaviour::Status204 << Behaviour::Empty << u"ok adsb.fi "_qs << true;
+        QTest::newRow("304 then 204")
+            << Behaviour::Status304 << Behaviour::Status204 << u"error adsb.fi returned an error"_qs << true;
+        QTest::newRow("a bad row fails the answer")
+            << Behaviour::BadRow << Behaviour::Status500 << u"error adsb.fi returned an error"_qs << true;
+        QTest::newRow("bad row, then bad row")
+            << Behaviour::BadRow << Behaviour::BadRow
+            << QString::fromUtf8(R"(error adsb.fi: row 1: "hex" is missing)") << true;
+        QTest::newRow("dropped connection, then rows")
+            << Behaviour::Drop << Behaviour::Rows << u"ok adsb.fi f1"_qs << true;
+        QTest::newRow("error, dropped connection")
+            << Behaviour::Status500 << Behaviour::Drop << u"error adsb.fi: Connection closed"_qs << true;
     }
 
     void failover()
@@ -186,12 +219,16 @@ private slots:
         QTest::addColumn<QByteArray>("fallback");
         QTest::newRow("25") << 25.0 << QByteArray("/v2/point/45.60000/-122.70000/25")
                             << QByteArray("/api/v2/lat/45.60000/lon/-122.70000/dist/25");
-        QTest::newRow("0.4 asks for 1") << 0.4 << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
-        QTest::newRow("24.5 rounds up") << 24.5 << QByteArray("/v2/point/45.60000/-122.70000/25") << QByteArray();
-        QTest::newRow("-3 asks for 1") << -3.0 << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
+        QTest::newRow("0.4 asks for 1")
+            << 0.4 << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
+        QTest::newRow("24.5 rounds up")
+            << 24.5 << QByteArray("/v2/point/45.60000/-122.70000/25") << QByteArray();
+        QTest::newRow("-3 asks for 1")
+            << -3.0 << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
         QTest::newRow("250.4") << 250.4 << QByteArray("/v2/point/45.60000/-122.70000/250") << QByteArray();
         QTest::newRow("1000") << 1000.0 << QByteArray("/v2/point/45.60000/-122.70000/250") << QByteArray();
-        QTest::newRow("not a number") << qQNaN() << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
+        QTest::newRow("not a number")
+            << qQNaN() << QByteArray("/v2/point/45.60000/-122.70000/1") << QByteArray();
     }
 
     void radiusAndPath()
@@ -227,14 +264,25 @@ private slots:
                  u"https://other.example/api/v2/lat/0.00000/lon/-0.00000/dist/250"_qs);
         qunsetenv("AEROLUME_PRIMARY_FEED_URL");
         qunsetenv("AEROLUME_FALLBACK_FEED_URL");
-        QCOMPARE(ADSB::sources()[0].url(HomeLocation(1, 2, {}), 3), u"https://api.adsb.lol/v2/point/1.00000/2.00000/3"_qs);
+        QCOMPARE(ADSB::sources()[0].url(HomeLocation(1, 2, {}), 3),
+                 u"https://api.adsb.lol/v2/point/1.00000/2.00000/3"_qs);
         QCOMPARE(ADSB::sources()[1].name, u"adsb.fi"_qs);
     }
 
     // Fresh positions only, nearest first, ties and rows without distance in feed order.
     void filterAndSort()
     {
-        const auto decoded = APIResponse::decode(R"({"ac":[)" R"({"hex":"nolon","lat":1,"dst":0.1},)" R"({"hex":"far","lat":1,"lon":1,"dst":3.0},)" R"({"hex":"nodst1","lat":1,"lon":1},)" R"({"hex":"near","lat":1,"lon":1,"dst":1.0,"seen_pos":59.9},)" R"({"hex":"stale","lat":1,"lon":1,"dst":0.5,"seen_pos":60},)" R"({"hex":"tieA","lat":1,"lon":1,"dst":2.0},)" R"({"hex":"nodst2","lat":1,"lon":1,"seen_pos":0},)" R"({"hex":"tieB","lat":1,"lon":1,"dst":2.0},)" R"({"hex":"nolat","lon":1,"dst":0.2}]})");
+        const auto decoded =
+            APIResponse::decode(R"({"ac":[)"
+                                R"({"hex":"nolon","lat":1,"dst":0.1},)"
+                                R"({"hex":"far","lat":1,"lon":1,"dst":3.0},)"
+                                R"({"hex":"nodst1","lat":1,"lon":1},)"
+                                R"({"hex":"near","lat":1,"lon":1,"dst":1.0,"seen_pos":59.9},)"
+                                R"({"hex":"stale","lat":1,"lon":1,"dst":0.5,"seen_pos":60},)"
+                                R"({"hex":"tieA","lat":1,"lon":1,"dst":2.0},)"
+                                R"({"hex":"nodst2","lat":1,"lon":1,"seen_pos":0},)"
+                                R"({"hex":"tieB","lat":1,"lon":1,"dst":2.0},)"
+                                R"({"hex":"nolat","lon":1,"dst":0.2}]})");
         QVERIFY(decoded.ok());
         QCOMPARE(rowsText(ADSB::filteredAndSorted(decoded.value().list())),
                  u"near,tieA,tieB,far,nodst1,nodst2"_qs);
@@ -316,7 +364,8 @@ private slots:
         const auto &request = server.requests().constFirst();
         QCOMPARE(request.header("user-agent"), QByteArray("Aerolume/" AEROLUME_VERSION));
         QCOMPARE(HttpClient::userAgent(), QByteArray("Aerolume/" AEROLUME_VERSION));
-        const QList<QByteArray> qtDefaults{"host", "user-agent", "connection", "accept-encoding", "accept-language"};
+        const QList<QByteArray> qtDefaults{"host", "user-agent", "connection", "accept-encoding",
+                                           "accept-language"};
         for (const auto &[name, value] : request.headers)
             QVERIFY2(qtDefaults.contains(name), name.constData());
     }
