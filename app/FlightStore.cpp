@@ -1,9 +1,11 @@
 #include "FlightStore.h"
 
 #include "ADSB.h"
+#include "AlertEngine.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
 #include "SharedState.h"
+#include "SightingLog.h"
 #include "TextRules.h"
 #include "WidgetReloader.h"
 
@@ -51,7 +53,9 @@ FlightStore::FlightStore(Dependencies dependencies, QObject *parent)
 
 FlightStore *FlightStore::shared()
 {
-    static FlightStore *store = new FlightStore(Dependencies{DefaultsStore::shared(), WidgetReloader::shared(), {}, {}});
+    static FlightStore *store = new FlightStore(Dependencies{DefaultsStore::shared(), WidgetReloader::shared(), {}, {},
+                                                             5000, true, AlertEngine::shared(),
+                                                             SightingLog::shared()});
     return store;
 }
 
@@ -104,6 +108,11 @@ void FlightStore::apply(const QList<Aircraft> &list, const QString &source)
         if (!stillThere)
             setSelectedHex(std::nullopt);
     }
+    // The alerts first, then the logbook, which sees every list, also an empty one.
+    if (m_home && m_dependencies.alerts)
+        m_dependencies.alerts->evaluate(m_aircraft, *m_home);
+    if (m_dependencies.log)
+        m_dependencies.log->record(m_aircraft);
     emit refreshApplied(source, int(m_aircraft.size()));
 }
 

@@ -14,7 +14,9 @@
 #include <functional>
 #include <optional>
 
+class AlertEngine;
 class DefaultsStore;
+class SightingLog;
 class FeedFetch;
 class WidgetReloader;
 
@@ -54,6 +56,8 @@ public:
         std::function<QDateTime()> now;      // the current time when empty
         int tickIntervalMs = 5000;           // 0: no timer, ticks come only from tick()
         bool polling = true;                 // false: no refresh is ever started (for one-off commands)
+        AlertEngine *alerts = nullptr;       // told of every applied list, when a home is set
+        SightingLog *log = nullptr;          // told of every applied list, after the alerts
     };
 
     // How long markers glide from one refresh to the next.

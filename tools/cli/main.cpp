@@ -2,6 +2,7 @@
 #include "FlightStore.h"
 #include "HomeCommand.h"
 #include "LiveStateLock.h"
+#include "LogbookCommand.h"
 #include "NearbyCommand.h"
 #include "WatchCommand.h"
 
@@ -12,7 +13,8 @@ namespace {
 
 QString usage()
 {
-    return NearbyCommand::usage() + u'\n' + HomeCommand::usage() + u'\n' + WatchCommand::usage();
+    return NearbyCommand::usage() + u'\n' + HomeCommand::usage() + u'\n' + WatchCommand::usage() + u'\n' +
+           LogbookCommand::usage();
 }
 
 int nearby(QCoreApplication &app, const QStringList &arguments)
@@ -83,6 +85,8 @@ int main(int argc, char *argv[])
         return nearby(app, arguments.mid(1));
     if (command == u"home" || command == u"radius")
         return HomeCommand::run(arguments);
+    if (command == u"logbook")
+        return LogbookCommand::run(arguments.mid(1));
     if (command == u"watch")
         return watch(app, arguments.mid(1));
     QTextStream(stderr) << "unknown command: " << command << '\n' << usage() << '\n';
