@@ -4,6 +4,8 @@
 #include "AlertEngine.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
+#include "PhotoAPI.h"
+#include "RouteAPI.h"
 #include "SharedState.h"
 #include "SightingLog.h"
 #include "TextRules.h"
@@ -365,4 +367,67 @@ void FlightStore::shareWithWidgets()
     }
     if (m_dependencies.reloader)
         m_dependencies.reloader->reloadAllTimelines();
+}
+
+QString FlightStore::routeKey(const QString &flight)
+{
+    return TextRules::trimmed(flight);
+}
+
+void FlightStore::loadRoute(const Aircraft &aircraft)
+{
+    if (!aircraft.flight())
+        return;
+    const QString key = routeKey(*aircraft.flight());
+    // A lighter gate than the airline test: three letters and at least a fourth character.
+    const QStringList characters = TextRules::graphemeClusters(key, 4);
+    if (characters.size() < 4)
+        return;
+    for (int i = 0; i < 3; ++i) {
+        if (!TextRules::isLetter(characters[i]))
+            return;
+    }
+    if (m_routes.contains(key) || m_routeMisses.contains(key) || m_routeLookups.contains(key))
+        return;
+    m_routeLookups.insert(key);
+    RouteAPI::fetch(key, this, [this, key](std::optional<FlightRoute> route) {
+        m_routeLookups.remove(key);
+        if (route) {
+            m_routes.insert(key, *route);
+            emit routesChanged();
+        } else {
+            m_routeMisses.insert(key);
+        }
+    });
+}
+
+void FlightStore::loadPhoto(const Aircraft &aircraft)
+{
+    const QString &hex = aircraft.hex();
+    if (m_photos.contains(hex) || m_photoMisses.contains(hex) || m_photoLookups.contains(hex))
+        return;
+    m_photoLookups.insert(hex);
+    PhotoAPI::fetch(hex, this, [this, hex](std::optional<PlanePhoto> photo) {
+        m_photoLookups.remove(hex);
+        if (photo) {
+            m_photos.insert(hex, *photo);
+            emit photosChanged();
+        } else {
+            m_photoMisses.insert(hex);
+        }
+    });
+}
+
+QVariant FlightStore::routeFor(const Aircraft &aircraft) const
+{
+    if (!aircraft.flight())
+        return {};
+    const auto it = m_routes.constFind(routeKey(*aircraft.flight()));
+    return it == m_routes.constEnd() ? QVariant() : QVariant::fromValue(*it);
+}
+
+QVariant FlightStore::photoFor(const Aircraft &aircraft) const
+{
+    const auto it = m_photos.constFind(aircraft.hex());
+    return it == m_photos.constEnd() ? QVariant() : QVariant::fromValue(*it);
 }

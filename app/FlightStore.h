@@ -3,7 +3,9 @@
 #include "Aircraft.h"
 #include "AircraftFilter.h"
 #include "AircraftListModel.h"
+#include "FlightRoute.h"
 #include "HomeLocation.h"
+#include "PlanePhoto.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -105,6 +107,21 @@ public:
     Q_INVOKABLE void setFilterActive(const QString &filter, bool active);
     Q_INVOKABLE [[nodiscard]] QVariantList trailFor(const QString &hex) const;
 
+    // Route and photo of an aircraft, each asked for at most once per key and run; a miss is final.
+    Q_INVOKABLE void loadRoute(const Aircraft &aircraft);
+    Q_INVOKABLE void loadPhoto(const Aircraft &aircraft);
+    // The key routes are kept under: the callsign trimmed of blanks and tabs, case as sent.
+    [[nodiscard]] static QString routeKey(const QString &flight);
+    [[nodiscard]] const QHash<QString, FlightRoute> &routes() const { return m_routes; }
+    [[nodiscard]] const QHash<QString, PlanePhoto> &photos() const { return m_photos; }
+    [[nodiscard]] const QSet<QString> &routeMisses() const { return m_routeMisses; }
+    [[nodiscard]] const QSet<QString> &routeLookups() const { return m_routeLookups; }
+    [[nodiscard]] const QSet<QString> &photoMisses() const { return m_photoMisses; }
+    [[nodiscard]] const QSet<QString> &photoLookups() const { return m_photoLookups; }
+    // For QML: the route of an aircraft's callsign, the photo of its address; undefined until found.
+    Q_INVOKABLE [[nodiscard]] QVariant routeFor(const Aircraft &aircraft) const;
+    Q_INVOKABLE [[nodiscard]] QVariant photoFor(const Aircraft &aircraft) const;
+
     // Stores the home under the key homeLocation (or removes it), then shares with the widgets.
     void persistHome();
     // Brings the widgets' file in line with home, radius, unit and colour; asks for a reload on change.
@@ -120,6 +137,8 @@ signals:
     void activeFiltersChanged();
     void searchTextChanged();
     void trailsChanged();
+    void routesChanged();
+    void photosChanged();
     void lastUpdatedChanged();
     void lastErrorChanged();
     void activeSourceChanged();
@@ -164,5 +183,11 @@ private:
     bool m_glides = false;
     QTimer m_timer;
     QPointer<FeedFetch> m_fetchTask;
+    QHash<QString, FlightRoute> m_routes;
+    QSet<QString> m_routeMisses;
+    QSet<QString> m_routeLookups;
+    QHash<QString, PlanePhoto> m_photos;
+    QSet<QString> m_photoMisses;
+    QSet<QString> m_photoLookups;
     AircraftListModel m_displayedModel;
 };

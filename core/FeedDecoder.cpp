@@ -3,8 +3,10 @@
 #include <simdjson.h>
 
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 namespace ondemand = simdjson::ondemand;
 
@@ -365,12 +367,49 @@ QString shortToken(std::string_view token)
     return text;
 }
 
+// The texts that repeat from row to row within one answer (emergency words, categories, type codes and
+// names, operators) share one string instead of costing an allocation each. The bytes it keeps point into
+// the parser's string buffer, so a pool lives no longer than one parse.
+class TextPool
+{
+public:
+    QString text(std::string_view bytes)
+    {
+        if (bytes.size() > maxLength)
+            return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+        std::uint32_t hash = 2166136261u; // FNV-1a
+        for (char c : bytes)
+            hash = (hash ^ std::uint8_t(c)) * 16777619u;
+        Slot &slot = m_slots[hash % slotCount];
+        if (!slot.used || slot.bytes != bytes) {
+            slot.bytes = bytes;
+            slot.text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
+            slot.used = true;
+        }
+        return slot.text;
+    }
+
+private:
+    static constexpr std::size_t maxLength = 64;
+    static constexpr std::size_t slotCount = 256;
+    struct Slot
+    {
+        std::string_view bytes;
+        QString text;
+        bool used = false;
+    };
+    std::array<Slot, slotCount> m_slots;
+};
+
 } // namespace
 
 // Reads one row into a record, remembering the first problem in key order.
 class FeedDecoder::RowReader
 {
 public:
+    // Without a pool every text is a string of its own.
+    explicit RowReader(TextPool *pool = nullptr) : m_pool(pool) {}
+
     // Returns a syntax error code, or SUCCESS with either a record or a row error set.
     simdjson::error_code read(ondemand::value rowValue)
     {
@@ -419,22 +458,22 @@ public:
                 error = readText(value, key, m_record.m_squawk);
                 break;
             case Key::Emergency:
-                error = readText(value, key, m_record.m_emergency);
+                error = readText(value, key, m_record.m_emergency, m_pool);
                 break;
             case Key::Category:
-                error = readText(value, key, m_record.m_category);
+                error = readText(value, key, m_record.m_category, m_pool);
                 break;
             case Key::Registration:
                 error = readText(value, key, m_record.m_registration);
                 break;
             case Key::TypeCode:
-                error = readText(value, key, m_record.m_typeCode);
+                error = readText(value, key, m_record.m_typeCode, m_pool);
                 break;
             case Key::TypeDescription:
-                error = readText(value, key, m_record.m_typeDescription);
+                error = readText(value, key, m_record.m_typeDescription, m_pool);
                 break;
             case Key::OperatorName:
-                error = readText(value, key, m_record.m_operatorName);
+                error = readText(value, key, m_record.m_operatorName, m_pool);
                 break;
             case Key::Lat:
                 error = readFloat(value, key, m_record.m_lat);
@@ -556,7 +595,8 @@ private:
         return simdjson::SUCCESS;
     }
 
-    simdjson::error_code readText(ondemand::value value, Key key, std::optional<QString> &out)
+    simdjson::error_code readText(ondemand::value value, Key key, std::optional<QString> &out,
+                                  TextPool *pool = nullptr)
     {
         ondemand::json_type type;
         if (auto error = value.type().get(type))
@@ -569,7 +609,7 @@ private:
         std::string_view text;
         if (auto error = value.get_string().get(text))
             return error;
-        out = QString::fromUtf8(text.data(), qsizetype(text.size()));
+        out = pool ? pool->text(text) : QString::fromUtf8(text.data(), qsizetype(text.size()));
         return simdjson::SUCCESS;
     }
 
@@ -627,6 +667,7 @@ private:
         return simdjson::SUCCESS;
     }
 
+    TextPool *m_pool;
     Aircraft m_record;
     std::array<QString, keyCount> m_errors;
     QString m_rowError;
@@ -689,8 +730,9 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
 
     // "ac" is read before "aircraft", so its problems are the ones reported.
     std::array<ListOutcome, 2> lists;
-    auto readList = [](ondemand::value value, const char *name,
-                       ListOutcome &outcome) -> simdjson::error_code {
+    TextPool pool;
+    auto readList = [&pool](ondemand::value value, const char *name,
+                            ListOutcome &outcome) -> simdjson::error_code {
         outcome = {};
         ondemand::json_type listType;
         if (auto error = value.type().get(listType))
@@ -712,7 +754,7 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
             ondemand::value rowValue;
             if (auto error = element.get(rowValue))
                 return error;
-            RowReader reader;
+            RowReader reader(&pool);
             if (auto error = reader.read(rowValue))
                 return error;
             if (reader.failed()) {

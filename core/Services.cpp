@@ -42,4 +42,14 @@ QString fallbackFeedName()
     return fromEnvironment("AEROLUME_FALLBACK_FEED_NAME", u"adsb.fi"_qs);
 }
 
+QString routeURL()
+{
+    return baseAddress("AEROLUME_ROUTE_URL", u"https://api.adsbdb.com"_qs);
+}
+
+QString photoURL()
+{
+    return baseAddress("AEROLUME_PHOTO_URL", u"https://api.planespotters.net"_qs);
+}
+
 } // namespace Services

@@ -15,4 +15,8 @@ namespace Services {
 [[nodiscard]] QString primaryFeedName();
 [[nodiscard]] QString fallbackFeedName();
 
+// The route and photo lookup services.
+[[nodiscard]] QString routeURL();
+[[nodiscard]] QString photoURL();
+
 } // namespace Services
