@@ -21,6 +21,8 @@ QByteArray HttpClient::userAgent()
 QNetworkReply *HttpClient::createRequest(Operation op, const QNetworkRequest &request, QIODevice *outgoingData)
 {
     QNetworkRequest withAgent(request);
-    withAgent.setHeader(QNetworkRequest::UserAgentHeader, userAgent());
+    // A service with an agreement of its own (route and photo lookups) keeps the agent it was given.
+    if (!withAgent.hasRawHeader("User-Agent"))
+        withAgent.setHeader(QNetworkRequest::UserAgentHeader, userAgent());
     return QNetworkAccessManager::createRequest(op, withAgent, outgoingData);
 }

@@ -18,6 +18,13 @@ LoopbackHttpServer::LoopbackHttpServer(QObject *parent) : QObject(parent)
     connect(&m_server, &QTcpServer::newConnection, this, &LoopbackHttpServer::onConnection);
 }
 
+LoopbackHttpServer::~LoopbackHttpServer()
+{
+    // Open connections die with the listening socket, after our members: they must not call back.
+    for (QTcpSocket *socket : m_server.findChildren<QTcpSocket *>())
+        socket->disconnect(this);
+}
+
 QString LoopbackHttpServer::baseUrl() const
 {
     return u"http://127.0.0.1:%1"_qs.arg(m_server.serverPort());

@@ -37,6 +37,7 @@ public:
     using Handler = std::function<Response(const Request &)>;
 
     explicit LoopbackHttpServer(QObject *parent = nullptr);
+    ~LoopbackHttpServer() override;
 
     [[nodiscard]] QString baseUrl() const;
     void route(const QByteArray &pathPrefix, Handler handler);

@@ -3,6 +3,7 @@
 #include "HomeCommand.h"
 #include "LiveStateLock.h"
 #include "LogbookCommand.h"
+#include "LookupCommand.h"
 #include "NearbyCommand.h"
 #include "WatchCommand.h"
 
@@ -14,7 +15,7 @@ namespace {
 QString usage()
 {
     return NearbyCommand::usage() + u'\n' + HomeCommand::usage() + u'\n' + WatchCommand::usage() + u'\n' +
-           LogbookCommand::usage();
+           LogbookCommand::usage() + u'\n' + LookupCommand::usage();
 }
 
 int nearby(QCoreApplication &app, const QStringList &arguments)
@@ -85,6 +86,13 @@ int main(int argc, char *argv[])
         return nearby(app, arguments.mid(1));
     if (command == u"home" || command == u"radius")
         return HomeCommand::run(arguments);
+    if (command == u"route" || command == u"photo") {
+        LookupCommand lookup;
+        if (!lookup.start(arguments))
+            return 2;
+        QObject::connect(&lookup, &LookupCommand::finished, &app, &QCoreApplication::exit, Qt::QueuedConnection);
+        return app.exec();
+    }
     if (command == u"logbook")
         return LogbookCommand::run(arguments.mid(1));
     if (command == u"watch")
