@@ -1,0 +1,165 @@
+#include "ControlModule.h"
+
+#include "FaultPlan.h"
+#include "SimClock.h"
+#include "SimulatedSky.h"
+#include "SourceBoard.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cmath>
+
+namespace {
+
+SkySimReply error(const QString &message, int status = 400)
+{
+    return SkySimReply::json(
+        QJsonDocument(QJsonObject{{u"error"_qs, message}}).toJson(QJsonDocument::Compact), status);
+}
+
+SkySimReply wrongMethod(const QByteArray &allowed)
+{
+    SkySimReply reply = error(u"use "_qs + QString::fromLatin1(allowed), 405);
+    reply.headers.append({QByteArrayLiteral("Allow"), allowed});
+    return reply;
+}
+
+QString parameter(const SkySimRequest &request, const QString &name)
+{
+    return request.query.queryItemValue(name, QUrl::FullyDecoded);
+}
+
+} // namespace
+
+ControlModule::ControlModule(SimulatedSky &sky, SimClock &clock, SourceBoard &sources, int startCount)
+    : m_sky(sky), m_clock(clock), m_sources(sources), m_startCount(startCount)
+{
+}
+
+std::optional<SkySimReply> ControlModule::handle(const SkySimRequest &request)
+{
+    const QString &path = request.path;
+    if (path != u"/control" && !path.startsWith(u"/control/"))
+        return std::nullopt;
+    if (path == u"/control/state") {
+        if (!request.isRead())
+            return wrongMethod("GET");
+        return stateReply();
+    }
+    using Handler = SkySimReply (ControlModule::*)(const SkySimRequest &);
+    Handler handler = nullptr;
+    if (path == u"/control/fault")
+        handler = &ControlModule::setFault;
+    else if (path == u"/control/clock")
+        handler = &ControlModule::setClock;
+    else if (path == u"/control/count")
+        handler = &ControlModule::setCount;
+    else if (path != u"/control/reset")
+        return error(u"no such control: "_qs + path, 404);
+    if (request.method != "POST")
+        return wrongMethod("POST");
+    return handler ? (this->*handler)(request) : reset();
+}
+
+SkySimReply ControlModule::setFault(const SkySimRequest &request)
+{
+    const QString source = parameter(request, u"source"_qs);
+    if (!m_sources.contains(source))
+        return error(u"unknown source \"%1\"; known: %2"_qs.arg(source, m_sources.sources().join(u", ")));
+    const auto fault = FaultPlan::parse(parameter(request, u"kind"_qs));
+    if (!fault)
+        return error(u"unknown fault kind \"%1\""_qs.arg(parameter(request, u"kind"_qs)));
+    m_sources.setFault(source, *fault);
+    return stateReply();
+}
+
+SkySimReply ControlModule::setClock(const SkySimRequest &request)
+{
+    const bool hasAdvance = request.query.hasQueryItem(u"advance"_qs);
+    const bool hasFrozen = request.query.hasQueryItem(u"frozen"_qs);
+    if (!hasAdvance && !hasFrozen)
+        return error(u"give advance=SECONDS and/or frozen=true|false"_qs);
+    qint64 advanceMs = 0;
+    if (hasAdvance) {
+        bool ok = false;
+        const double seconds = parameter(request, u"advance"_qs).toDouble(&ok);
+        if (!ok || !std::isfinite(seconds) || seconds < 0.0 || seconds > 1e9)
+            return error(u"advance must be a number of seconds, 0 or more"_qs);
+        advanceMs = std::llround(seconds * 1000.0);
+    }
+    std::optional<bool> frozen;
+    if (hasFrozen) {
+        const QString text = parameter(request, u"frozen"_qs);
+        if (text == u"true" || text == u"1")
+            frozen = true;
+        else if (text == u"false" || text == u"0")
+            frozen = false;
+        else
+            return error(u"frozen must be true or false"_qs);
+    }
+    if (frozen)
+        m_clock.setFrozen(*frozen);
+    m_clock.advance(advanceMs);
+    return stateReply();
+}
+
+SkySimReply ControlModule::setCount(const SkySimRequest &request)
+{
+    bool ok = false;
+    const int count = parameter(request, u"value"_qs).toInt(&ok);
+    if (!ok || count < 0 || count > SimulatedSky::maxCount)
+        return error(u"value must be a whole number from 0 to %1"_qs.arg(SimulatedSky::maxCount));
+    m_sky.setCount(count);
+    return stateReply();
+}
+
+SkySimReply ControlModule::reset()
+{
+    m_sources.reset();
+    m_sky.setCount(m_startCount);
+    m_sky.forgetAreas();
+    m_clock.reset();
+    return stateReply();
+}
+
+SkySimReply ControlModule::stateReply() const
+{
+    return SkySimReply::json(state());
+}
+
+QByteArray ControlModule::state() const
+{
+    QJsonArray areas;
+    for (const GeoPoint &centre : m_sky.areaCentres())
+        areas.append(QJsonObject{{u"lat"_qs, centre.lat}, {u"lon"_qs, centre.lon}});
+    QJsonObject sources;
+    for (const QString &source : m_sources.sources()) {
+        sources.insert(source, QJsonObject{{u"fault"_qs, m_sources.fault(source).toString()},
+                                           {u"requests"_qs, m_sources.requestCount(source)},
+                                           {u"lastTarget"_qs, m_sources.lastTarget(source)}});
+    }
+    const QJsonObject clock{{u"now"_qs, m_clock.nowMs()},
+                            {u"elapsedSeconds"_qs, m_clock.elapsedSeconds()},
+                            {u"frozen"_qs, m_clock.isFrozen()}};
+    const QJsonObject state{{u"seed"_qs, qint64(m_sky.seed())},
+                            {u"count"_qs, m_sky.count()},
+                            {u"spreadNM"_qs, m_sky.spreadNM()},
+                            {u"clock"_qs, clock},
+                            {u"areas"_qs, areas},
+                            {u"sources"_qs, sources}};
+    return QJsonDocument(state).toJson(QJsonDocument::Compact);
+}
+
+QString ControlModule::usage()
+{
+    return u"Control API (same address and port; parameters in the query string):\n"
+           "  GET  /control/state                         current settings as JSON\n"
+           "  POST /control/fault?source=SOURCE&kind=KIND  SOURCE primary|fallback; KIND as for the flags\n"
+           "  POST /control/clock?advance=SECONDS          move simulated time forward\n"
+           "  POST /control/clock?frozen=true|false        stop or restart the clock\n"
+           "  POST /control/count?value=N                  aircraft per area, 0-5000\n"
+           "  POST /control/reset                          faults, count, clock as at start; areas "
+           "forgotten\n"
+           "Every POST answers with the new state; bad parameters give 400 {\"error\":...}.\n"_qs;
+}
