@@ -37,6 +37,11 @@ int AircraftListModel::indexOf(const QString &hex) const
     return -1;
 }
 
+QString AircraftListModel::hexAt(int row) const
+{
+    return row >= 0 && row < m_rows.size() ? m_rows[row].hex() : QString();
+}
+
 void AircraftListModel::update(const QList<Aircraft> &rows)
 {
     const qsizetype countBefore = m_rows.size();

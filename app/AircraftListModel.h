@@ -32,6 +32,8 @@ public:
     [[nodiscard]] const QList<Aircraft> &rows() const { return m_rows; }
     // The row of an aircraft, or -1.
     Q_INVOKABLE [[nodiscard]] int indexOf(const QString &hex) const;
+    // The address at a row, or empty.
+    Q_INVOKABLE [[nodiscard]] QString hexAt(int row) const;
 
 signals:
     void countChanged();

@@ -1,0 +1,138 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Aerolume.App
+
+// The main window.
+ApplicationWindow {
+    id: window
+    title: "Aerolume"
+    width: 1180
+    height: 740
+    minimumWidth: 900
+    minimumHeight: 560
+    visible: true
+    color: Theme.background
+
+    palette.window: Theme.background
+    palette.windowText: Theme.text
+    palette.base: Theme.background
+    palette.alternateBase: Theme.barBackground
+    palette.text: Theme.text
+    palette.button: Theme.barBackground
+    palette.buttonText: Theme.text
+    palette.highlight: Theme.accent
+    palette.highlightedText: "white"
+    palette.placeholderText: Theme.tertiaryText
+    palette.mid: Theme.separator
+
+    ContentState {
+        id: contentState
+        store: FlightStore
+    }
+
+    // Without a home the setup fills the window, and there is no toolbar.
+    header: ToolBar {
+        visible: FlightStore.hasHome
+        height: visible ? implicitHeight : 0
+        background: Rectangle { color: Theme.barBackground }
+        RowLayout {
+            anchors.fill: parent
+            anchors.leftMargin: 12
+            anchors.rightMargin: 8
+            spacing: 4
+
+            ColumnLayout {
+                spacing: 0
+                Label {
+                    text: window.title
+                    font.bold: true
+                    color: Theme.text
+                    Accessible.ignored: true
+                }
+                Label {
+                    text: contentState.subtitle
+                    font.pixelSize: 11
+                    color: Theme.secondaryText
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+            }
+            Item { Layout.fillWidth: true }
+
+            ToolButton {
+                id: radiusButton
+                text: qsTr("%1 nm").arg(Math.trunc(FlightStore.radiusNM))
+                onClicked: radiusMenu.open()
+                ToolTip.visible: hovered
+                ToolTip.text: qsTr("Search radius around home")
+                Accessible.name: qsTr("Radius: %1 nm").arg(Math.trunc(FlightStore.radiusNM))
+                Accessible.role: Accessible.ButtonMenu
+                Accessible.onPressAction: clicked()
+                Menu {
+                    id: radiusMenu
+                    y: radiusButton.height
+                    title: qsTr("Radius")
+                    Repeater {
+                        model: contentState.radiusChoices()
+                        MenuItem {
+                            required property int modelData
+                            text: qsTr("%1 nm").arg(modelData)
+                            checkable: true
+                            checked: FlightStore.radiusNM === modelData
+                            onTriggered: FlightStore.radiusNM = modelData
+                        }
+                    }
+                }
+            }
+            ToolButton {
+                text: FlightStore.isPaused ? qsTr("Resume") : qsTr("Pause")
+                icon.source: Theme.symbol(FlightStore.isPaused ? "play.fill" : "pause.fill", Theme.text)
+                display: AbstractButton.TextBesideIcon
+                onClicked: {
+                    FlightStore.isPaused = !FlightStore.isPaused
+                    if (!FlightStore.isPaused)
+                        FlightStore.fetchNow()
+                }
+                ToolTip.visible: hovered
+                ToolTip.text: FlightStore.isPaused ? qsTr("Resume live updates") : qsTr("Pause live updates")
+                Accessible.onPressAction: clicked()
+            }
+            ToolButton {
+                text: qsTr("Home Location")
+                icon.source: Theme.symbol("house", Theme.text)
+                display: AbstractButton.TextBesideIcon
+                onClicked: homeSheet.open()
+                ToolTip.visible: hovered
+                ToolTip.text: qsTr("Change home location")
+                Accessible.onPressAction: clicked()
+            }
+        }
+    }
+
+    ContentView {
+        id: content
+        anchors.fill: parent
+    }
+
+    Dialog {
+        id: homeSheet
+        modal: true
+        anchors.centerIn: parent
+        padding: 0
+        title: qsTr("Home Location")
+        header: null
+        contentItem: Loader {
+            active: homeSheet.visible
+            sourceComponent: SetupView {
+                isSheet: true
+                onDismissed: homeSheet.close()
+            }
+        }
+    }
+
+    Shortcut {
+        sequence: StandardKey.Find
+        onActivated: content.focusSearch()
+    }
+}
