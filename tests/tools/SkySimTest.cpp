@@ -964,7 +964,20 @@ void SkySimTest::commandLine_data()
                             << int(O::Run) << u"primary=status:503 fallback=delay:8500"_qs;
     QTest::newRow("list keys") << QStringList{u"--primary-list-key"_qs, u"aircraft"_qs} << int(O::Run)
                                << u"primaryKey=aircraft"_qs;
+    QTest::newRow("faults of further sources")
+        << QStringList{u"--fault"_qs, u"route=status:503"_qs, u"--fault=tiles=drop"_qs} << int(O::Run)
+        << u"faults=route:status:503,tiles:drop"_qs;
+    QTest::newRow("offered update") << QStringList{u"--update-version"_qs, u"0.2.0"_qs} << int(O::Run)
+                                    << u"update=0.2.0"_qs;
+    QTest::newRow("default offered update") << QStringList{} << int(O::Run) << u"update=0.1.0 faults="_qs;
     QTest::newRow("help") << QStringList{u"--help"_qs} << int(O::Help) << QString();
+    QTest::newRow("fault of no source")
+        << QStringList{u"--fault=radar=drop"_qs} << int(O::Error) << QString();
+    QTest::newRow("fault without a kind") << QStringList{u"--fault=route"_qs} << int(O::Error) << QString();
+    QTest::newRow("fault of no kind")
+        << QStringList{u"--fault=photo=explode"_qs} << int(O::Error) << QString();
+    QTest::newRow("update that is no version")
+        << QStringList{u"--update-version"_qs, u"1.x"_qs} << int(O::Error) << QString();
     QTest::newRow("count too large") << QStringList{u"--count"_qs, u"5001"_qs} << int(O::Error) << QString();
     QTest::newRow("port too large") << QStringList{u"--port"_qs, u"70000"_qs} << int(O::Error) << QString();
     QTest::newRow("latitude alone") << QStringList{u"--lat"_qs, u"47"_qs} << int(O::Error) << QString();
@@ -1012,6 +1025,14 @@ void SkySimTest::commandLine()
             actual = o.fallbackFault.toString();
         else if (field == u"primaryKey")
             actual = o.primaryListKey;
+        else if (field == u"update")
+            actual = o.updateVersion;
+        else if (field == u"faults") {
+            QStringList faults;
+            for (const auto &[source, fault] : o.faults)
+                faults.append(source + u':' + fault.toString());
+            actual = faults.join(u',');
+        }
         QCOMPARE(actual, value);
     }
 }
@@ -1019,10 +1040,30 @@ void SkySimTest::commandLine()
 void SkySimTest::helpNamesEveryFaultAndControl()
 {
     const QString help = SkySimCommandLine::helpText();
-    for (const QString &word :
-         {u"status:CODE"_qs, u"empty"_qs, u"malformed"_qs, u"badjson"_qs, u"delay:MS"_qs, u"drop"_qs,
-          u"/control/state"_qs, u"/control/fault"_qs, u"/control/clock"_qs, u"/control/count"_qs,
-          u"/control/reset"_qs, u"--self-test"_qs})
+    for (const QString &word : {u"status:CODE"_qs,
+                                u"empty"_qs,
+                                u"malformed"_qs,
+                                u"badjson"_qs,
+                                u"delay:MS"_qs,
+                                u"drop"_qs,
+                                u"/control/state"_qs,
+                                u"/control/fault"_qs,
+                                u"/control/clock"_qs,
+                                u"/control/count"_qs,
+                                u"/control/reset"_qs,
+                                u"/control/update"_qs,
+                                u"--self-test"_qs,
+                                u"--fault SOURCE=KIND"_qs,
+                                u"--update-version"_qs,
+                                u"/v0/callsign/"_qs,
+                                u"/pub/photos/hex/"_qs,
+                                u"/hlisten.php"_qs,
+                                u"/silent"_qs,
+                                u"/dead"_qs,
+                                u"/tiles/imagery/Z/Y/X"_qs,
+                                u"/search?q="_qs,
+                                u"/appcast.xml"_qs,
+                                u"AEROLUME_TOWERFEEDS_DOMAIN"_qs})
         QVERIFY2(help.contains(word), qPrintable(word));
     QVERIFY(help.contains(ControlModule::usage()));
 }

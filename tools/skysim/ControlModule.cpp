@@ -4,6 +4,7 @@
 #include "SimClock.h"
 #include "SimulatedSky.h"
 #include "SourceBoard.h"
+#include "UpdateOffer.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -32,8 +33,9 @@ QString parameter(const SkySimRequest &request, const QString &name)
 
 } // namespace
 
-ControlModule::ControlModule(SimulatedSky &sky, SimClock &clock, SourceBoard &sources, int startCount)
-    : m_sky(sky), m_clock(clock), m_sources(sources), m_startCount(startCount)
+ControlModule::ControlModule(SimulatedSky &sky, SimClock &clock, SourceBoard &sources, UpdateOffer &offer,
+                             int startCount)
+    : m_sky(sky), m_clock(clock), m_sources(sources), m_offer(offer), m_startCount(startCount)
 {
 }
 
@@ -55,6 +57,8 @@ std::optional<SkySimReply> ControlModule::handle(const SkySimRequest &request)
         handler = &ControlModule::setClock;
     else if (path == u"/control/count")
         handler = &ControlModule::setCount;
+    else if (path == u"/control/update")
+        handler = &ControlModule::setUpdate;
     else if (path != u"/control/reset")
         return error(u"no such control: "_qs + path, 404);
     if (request.method != "POST")
@@ -114,9 +118,17 @@ SkySimReply ControlModule::setCount(const SkySimRequest &request)
     return stateReply();
 }
 
+SkySimReply ControlModule::setUpdate(const SkySimRequest &request)
+{
+    if (!m_offer.setVersion(parameter(request, u"version"_qs)))
+        return error(u"version must be one to four whole numbers joined by dots, e.g. 0.2.0"_qs);
+    return stateReply();
+}
+
 SkySimReply ControlModule::reset()
 {
     m_sources.reset();
+    m_offer.reset();
     m_sky.setCount(m_startCount);
     m_sky.forgetAreas();
     m_clock.reset();
@@ -147,6 +159,7 @@ QByteArray ControlModule::state() const
                             {u"spreadNM"_qs, m_sky.spreadNM()},
                             {u"clock"_qs, clock},
                             {u"areas"_qs, areas},
+                            {u"update"_qs, QJsonObject{{u"version"_qs, m_offer.version()}}},
                             {u"sources"_qs, sources}};
     return QJsonDocument(state).toJson(QJsonDocument::Compact);
 }
@@ -155,11 +168,14 @@ QString ControlModule::usage()
 {
     return u"Control API (same address and port; parameters in the query string):\n"
            "  GET  /control/state                         current settings as JSON\n"
-           "  POST /control/fault?source=SOURCE&kind=KIND  SOURCE primary|fallback; KIND as for the flags\n"
+           "  POST /control/fault?source=SOURCE&kind=KIND  SOURCE "
+           "primary|fallback|route|photo|stream|tiles|\n"
+           "                                              geocoder|update; KIND as for the flags\n"
            "  POST /control/clock?advance=SECONDS          move simulated time forward\n"
            "  POST /control/clock?frozen=true|false        stop or restart the clock\n"
            "  POST /control/count?value=N                  aircraft per area, 0-5000\n"
-           "  POST /control/reset                          faults, count, clock as at start; areas "
-           "forgotten\n"
+           "  POST /control/update?version=V               the version the update feed offers\n"
+           "  POST /control/reset                          faults, count, clock, offered version as at\n"
+           "                                              start; areas forgotten\n"
            "Every POST answers with the new state; bad parameters give 400 {\"error\":...}.\n"_qs;
 }

@@ -73,10 +73,16 @@ void FaultPlan::applyTo(SkySimReply &reply) const
     case Kind::Malformed:
         break;
     case Kind::Status:
+        // In place of whatever the answer was: a stream, a silence, a picture with its cache headers.
+        reply.action = SkySimReply::Action::Answer;
+        reply.stream.reset();
+        reply.headers.clear();
         reply.status = m_value;
         reply.body.clear();
         break;
     case Kind::Empty:
+        reply.action = SkySimReply::Action::Answer;
+        reply.stream.reset();
         reply.status = 200;
         reply.body.clear();
         break;

@@ -10,7 +10,8 @@
 //   none           answer normally
 //   status:CODE    answer with that HTTP status (200-599) and an empty body, e.g. status:503, status:304
 //   empty          200 with an empty body
-//   malformed      a good answer with one row that lacks "hex"
+//   malformed      an answer that parses but is wrong: for the feeds one row that lacks "hex"; each other
+//                  module says what it sends
 //   badjson        a good answer cut off in the middle
 //   delay:MS       a good answer after MS milliseconds (0-600000)
 //   drop           close the connection without answering
@@ -40,8 +41,8 @@ public:
     [[nodiscard]] int delayMs() const { return m_kind == Kind::Delay ? m_value : 0; }
     [[nodiscard]] QString toString() const;
 
-    // Does to a good answer what the fault does at the HTTP level. A malformed row is the business of the
-    // module that writes the rows, which asks kind().
+    // Does to a good answer what the fault does at the HTTP level. What a malformed answer holds is the
+    // business of the module that writes it, which asks kind().
     void applyTo(SkySimReply &reply) const;
 
     bool operator==(const FaultPlan &) const = default;

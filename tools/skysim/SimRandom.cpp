@@ -24,6 +24,16 @@ quint64 SimRandom::mix(std::initializer_list<quint64> parts)
     return result;
 }
 
+quint64 SimRandom::textSeed(QStringView text)
+{
+    quint64 hash = 0xCBF29CE484222325ULL;
+    for (const char byte : text.toUtf8()) {
+        hash ^= quint64(static_cast<unsigned char>(byte));
+        hash *= 0x100000001B3ULL;
+    }
+    return hash;
+}
+
 quint64 SimRandom::next()
 {
     return splitMix(m_state);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QStringView>
 #include <QtGlobal>
 #include <initializer_list>
 
@@ -14,6 +15,8 @@ public:
 
     // One seed from several numbers, e.g. (sky seed, aircraft index, lap).
     [[nodiscard]] static quint64 mix(std::initializer_list<quint64> parts);
+    // A seed from text (FNV-1a over its UTF-8), the same in every process, unlike qHash.
+    [[nodiscard]] static quint64 textSeed(QStringView text);
 
     [[nodiscard]] quint64 next();
     // Uniform in [0, 1).

@@ -67,6 +67,7 @@ QList<GeoPoint> SimulatedSky::areaCentres() const
 void SimulatedSky::setCount(int count)
 {
     m_count = std::clamp(count, 0, maxCount);
+    ++m_generation;
     for (Area &area : m_areas)
         fillSlots(area);
 }
@@ -74,6 +75,7 @@ void SimulatedSky::setCount(int count)
 void SimulatedSky::forgetAreas()
 {
     m_areas.clear();
+    ++m_generation;
     if (m_fixedCentre)
         m_areas.append(makeArea(*m_fixedCentre));
 }
@@ -114,6 +116,7 @@ SimulatedSky::Area &SimulatedSky::areaFor(GeoPoint point)
     if (m_areas.size() >= maxAreas)
         m_areas.removeAt(m_fixedCentre ? 1 : 0);
     m_areas.append(makeArea(point));
+    ++m_generation;
     return m_areas.last();
 }
 
@@ -183,7 +186,19 @@ SimulatedSky::Slot SimulatedSky::makeSlot(const Area &area, int index) const
 
 QList<SkyAircraft> SimulatedSky::aircraftAround(GeoPoint point, double seconds)
 {
-    const Area &area = areaFor(point);
+    return observeArea(areaFor(point), seconds);
+}
+
+QList<SkyAircraft> SimulatedSky::everyAircraft(double seconds) const
+{
+    QList<SkyAircraft> result;
+    for (const Area &area : m_areas)
+        result += observeArea(area, seconds);
+    return result;
+}
+
+QList<SkyAircraft> SimulatedSky::observeArea(const Area &area, double seconds) const
+{
     QList<SkyAircraft> result;
     result.reserve(qsizetype(area.lanes.size()));
     QSet<QString> taken;

@@ -29,11 +29,16 @@ public:
 
     // Every aircraft of the area that serves the point, `seconds` after the start of the simulation.
     [[nodiscard]] QList<SkyAircraft> aircraftAround(GeoPoint point, double seconds);
+    // Every aircraft of every area made so far, area by area; makes no area. What the lookup services
+    // know of: the traffic that the feeds have shown.
+    [[nodiscard]] QList<SkyAircraft> everyAircraft(double seconds) const;
 
     [[nodiscard]] quint64 seed() const { return m_seed; }
     [[nodiscard]] int count() const { return m_count; }
     [[nodiscard]] double spreadNM() const { return m_spreadNM; }
     [[nodiscard]] QList<GeoPoint> areaCentres() const;
+    // Goes up whenever the areas or the count change, so that a copy of the traffic can tell it is old.
+    [[nodiscard]] quint64 generation() const { return m_generation; }
 
     // Clamped to [0, maxCount].
     void setCount(int count);
@@ -78,6 +83,7 @@ private:
     [[nodiscard]] Area makeArea(GeoPoint centre) const;
     void fillSlots(Area &area) const;
     [[nodiscard]] Slot makeSlot(const Area &area, int index) const;
+    [[nodiscard]] QList<SkyAircraft> observeArea(const Area &area, double seconds) const;
     [[nodiscard]] SkyAircraft observe(const Area &area, const Slot &slot, int index, double seconds) const;
     [[nodiscard]] Area &areaFor(GeoPoint point);
 
@@ -86,4 +92,5 @@ private:
     double m_spreadNM;
     std::optional<GeoPoint> m_fixedCentre;
     QList<Area> m_areas;
+    quint64 m_generation = 0;
 };

@@ -2,6 +2,8 @@
 
 #include "ControlModule.h"
 #include "SimulatedSky.h"
+#include "SkySimulator.h"
+#include "UpdateOffer.h"
 
 #include <QCommandLineParser>
 #include <cmath>
@@ -53,10 +55,12 @@ SkySimCommandLine::Result SkySimCommandLine::parse(const QStringList &arguments)
     const QCommandLineOption fallbackListKey(u"fallback-list-key"_qs, QString(), u"KEY"_qs);
     const QCommandLineOption primaryFault(u"primary-fault"_qs, QString(), u"KIND"_qs);
     const QCommandLineOption fallbackFault(u"fallback-fault"_qs, QString(), u"KIND"_qs);
+    const QCommandLineOption fault(u"fault"_qs, QString(), u"SOURCE=KIND"_qs);
+    const QCommandLineOption updateVersion(u"update-version"_qs, QString(), u"V"_qs);
     const QCommandLineOption selfTest(u"self-test"_qs, QString());
     const QCommandLineOption log(u"log"_qs, QString());
     parser.addOptions({help, port, seed, count, spread, lat, lon, frozen, epoch, primaryListKey,
-                       fallbackListKey, primaryFault, fallbackFault, selfTest, log});
+                       fallbackListKey, primaryFault, fallbackFault, fault, updateVersion, selfTest, log});
     if (!parser.parse(arguments))
         return fail(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
@@ -126,6 +130,21 @@ SkySimCommandLine::Result SkySimCommandLine::parse(const QStringList &arguments)
             *fault = *parsed;
         }
     }
+    for (const QString &value : parser.values(fault)) {
+        const QString source = value.section(u'=', 0, 0);
+        const auto parsed = FaultPlan::parse(value.section(u'=', 1));
+        if (!value.contains(u'=') || !SkySimulator::sourceNames().contains(source))
+            return fail(u"--fault wants SOURCE=KIND with SOURCE one of %1"_qs.arg(
+                SkySimulator::sourceNames().join(u", ")));
+        if (!parsed)
+            return fail(u"--fault: unknown fault \"%1\""_qs.arg(value.section(u'=', 1)));
+        options.faults.append({source, *parsed});
+    }
+    if (parser.isSet(updateVersion)) {
+        options.updateVersion = parser.value(updateVersion);
+        if (!UpdateOffer::isVersion(options.updateVersion))
+            return fail(u"--update-version wants one to four whole numbers joined by dots, e.g. 0.2.0"_qs);
+    }
     options.selfTest = parser.isSet(selfTest);
     options.logRequests = parser.isSet(log);
     return result;
@@ -135,12 +154,32 @@ QString SkySimCommandLine::helpText()
 {
     return u"Usage: aerolume-skysim [options]\n"
            "\n"
-           "A simulated sky served on 127.0.0.1 in the answer shapes of the two ADS-B feed networks, with\n"
-           "faults to order, for testing and demonstrating Aerolume without the internet.\n"
+           "A simulated sky served on 127.0.0.1 in the answer shapes of the services Aerolume uses: the two\n"
+           "ADS-B feed networks, routes, photos, tower-feed audio, map tiles, address search and the update\n"
+           "feed, with faults to order, for testing and demonstrating Aerolume without the internet.\n"
            "\n"
-           "Feeds (same base address, different paths):\n"
+           "Services (one base address, different paths):\n"
            "  primary   GET /v2/point/LAT/LON/NM                 rows under \"ac\"\n"
            "  fallback  GET /api/v2/lat/LAT/lon/LON/dist/NM      rows under \"aircraft\"\n"
+           "  route     GET /v0/callsign/CALLSIGN                airline flights now in the sky; others 404\n"
+           "  photo     GET /pub/photos/hex/HEX                  most aircraft now in the sky; pictures at\n"
+           "                                                     /photos/img/HEX.png\n"
+           "  stream    GET /hlisten.php?mount=NAME              a feed's page\n"
+           "            GET /NAME.pls                            its playlist; variants NAME-latin1.pls,\n"
+           "                                                     -lowercase, -blank, -indented, -nested, "
+           "-lf,\n"
+           "                                                     NAME.PLS; other names an HTML 404 page\n"
+           "            GET /NAME                                live WAV audio at its real pace, endless\n"
+           "                                                     (KPDX_TWR, KPDX_APP, KSEA_TWR, KSEA_GND)\n"
+           "            GET /silent                              accepts and never answers, not even a head\n"
+           "            GET /dead                                404, a mount that is off the air\n"
+           "  tiles     GET /tiles/standard/Z/X/Y.png            256 x 256 PNG, cacheable for 7 days\n"
+           "            GET /tiles/imagery/Z/Y/X                 (row before column, as Esri's)\n"
+           "            GET /tiles/labels/Z/Y/X                  transparent labels\n"
+           "  geocoder  GET /search?q=TEXT&format=jsonv2&addressdetails=1&limit=N\n"
+           "            GET /reverse?lat=X&lon=Y&format=jsonv2   about thirty real places, nearest within "
+           "300 km\n"
+           "  update    GET /appcast.xml                         RSS with the sparkle: namespace\n"
            "\n"
            "Options:\n"
            "  --port N                 port to listen on (default 8787; 0 = any free port)\n"
@@ -156,23 +195,33 @@ QString SkySimCommandLine::helpText()
            "  --fallback-list-key KEY  list key of fallback answers (default aircraft)\n"
            "  --primary-fault KIND     make the primary feed misbehave (see Faults)\n"
            "  --fallback-fault KIND    make the fallback feed misbehave\n"
+           "  --fault SOURCE=KIND      make any source misbehave from the start; may be repeated. SOURCE:\n"
+           "                           primary, fallback, route, photo, stream, tiles, geocoder, update\n"
+           "  --update-version V       the version the update feed offers (default 0.1.0: nothing newer\n"
+           "                           than the first release)\n"
            "  --log                    one line on standard error for each request\n"
-           "  --self-test              serve on a free port, fetch both feeds once, check the answers "
-           "decode\n"
-           "                           and have rows, print the result and exit 0 or 1\n"
+           "  --self-test              serve on a free port, ask every service once, check the answers\n"
+           "                           (the feeds decode and have rows, and so on), print the result and\n"
+           "                           exit 0 or 1\n"
            "  -h, --help               show this help\n"
            "\n"
            "Faults (KIND):\n"
            "  none          answer normally\n"
            "  status:CODE   that HTTP status with an empty body (e.g. status:503, status:204, status:304)\n"
            "  empty         200 with an empty body\n"
-           "  malformed     a good answer with one row lacking \"hex\"\n"
-           "  badjson       a good answer cut off in the middle\n"
+           "  malformed     an answer that parses but is wrong: a feed row lacking \"hex\"; a route whose\n"
+           "                \"iata_code\" is a number; \"photos\" as an object, a picture that is no image;\n"
+           "                a playlist without File1, an HTML page for audio; a tile that is HTML; search\n"
+           "                results without \"lat\"; an appcast without its namespace declared\n"
+           "  badjson       a good answer cut off in the middle (audio: after half a second)\n"
            "  delay:MS      a good answer after MS milliseconds\n"
            "  drop          close the connection without answering\n"
            "\n"
            "On start it prints the environment that points Aerolume at it, then\n"
-           "\"# aerolume-skysim listening on 127.0.0.1:PORT\".\n"
+           "\"# aerolume-skysim listening on 127.0.0.1:PORT\". AEROLUME_TOWERFEEDS_DOMAIN is set to the "
+           "real\n"
+           "directory's domain, which 127.0.0.1 never ends with: the plain-http stream addresses of the\n"
+           "simulator's playlists are then never upgraded to https, which it doesn't speak.\n"
            "\n"_qs +
            ControlModule::usage();
 }

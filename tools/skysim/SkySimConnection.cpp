@@ -2,6 +2,7 @@
 
 #include "SkySimRouter.h"
 
+#include <QElapsedTimer>
 #include <QTcpSocket>
 #include <QTimer>
 #include <QUrl>
@@ -37,6 +38,8 @@ SkySimConnection::SkySimConnection(QTcpSocket *socket, const SkySimRouter &route
     : QObject(parent), m_socket(socket), m_router(router)
 {
     m_socket->setParent(this);
+    // Small answers go out at once rather than wait for the client's delayed acknowledgement.
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     connect(m_socket, &QTcpSocket::readyRead, this, [this] {
         m_buffer.append(m_socket->readAll());
         processBuffered();
@@ -180,10 +183,23 @@ void SkySimConnection::finish(const SkySimRequest &request, const SkySimReply &r
 {
     if (m_closing)
         return;
-    if (reply.action == SkySimReply::Action::Drop) {
+    switch (reply.action) {
+    case SkySimReply::Action::Answer:
+        break;
+    case SkySimReply::Action::Drop:
         m_closing = true;
         emit served(request.method, request.target, 0);
         m_socket->abort();
+        return;
+    case SkySimReply::Action::Silence:
+        // Hold the connection open and read no further requests; it ends when the client gives up.
+        m_closing = true;
+        emit served(request.method, request.target, 0);
+        return;
+    case SkySimReply::Action::Stream:
+        m_closing = true;
+        startStream(request.method, reply);
+        emit served(request.method, request.target, reply.status);
         return;
     }
     write(request.method, reply, keepAlive);
@@ -202,6 +218,36 @@ void SkySimConnection::refuse(int status, const QByteArray &why)
     m_socket->disconnectFromHost();
 }
 
+void SkySimConnection::startStream(const QByteArray &method, const SkySimReply &reply)
+{
+    // No length: the body ends when the connection does, which HTTP/1.1 allows for a response.
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(reply.status) + ' ' +
+                      SkySimReply::reasonPhrase(reply.status) + "\r\nServer: aerolume-skysim\r\n";
+    if (!reply.contentType.isEmpty())
+        head += "Content-Type: " + reply.contentType + "\r\n";
+    for (const auto &[name, value] : reply.headers)
+        head += name + ": " + value + "\r\n";
+    head += "Connection: close\r\n\r\n";
+    m_socket->write(head);
+    if (method == "HEAD" || !reply.stream) {
+        m_socket->disconnectFromHost();
+        return;
+    }
+
+    // Paced by the elapsed time rather than by counting ticks, so late timers don't slow the stream.
+    auto clock = std::make_shared<QElapsedTimer>();
+    clock->start();
+    auto *timer = new QTimer(this);
+    auto send = [this, clock, stream = reply.stream] {
+        const QByteArray due = stream->take(clock->elapsed());
+        if (m_socket->bytesToWrite() <= maxStreamBacklogBytes)
+            m_socket->write(due);
+    };
+    connect(timer, &QTimer::timeout, this, send);
+    send();
+    timer->start(SkySimStream::intervalMs);
+}
+
 void SkySimConnection::write(const QByteArray &method, const SkySimReply &reply, bool keepAlive)
 {
     const bool bodiless = SkySimReply::statusForbidsBody(reply.status);
@@ -215,7 +261,7 @@ void SkySimConnection::write(const QByteArray &method, const SkySimReply &reply,
     for (const auto &[name, value] : reply.headers)
         head += name + ": " + value + "\r\n";
     head += keepAlive ? "Connection: keep-alive\r\n\r\n" : "Connection: close\r\n\r\n";
-    m_socket->write(head);
     if (!bodiless && method != "HEAD")
-        m_socket->write(reply.body);
+        head += reply.body;
+    m_socket->write(head);
 }

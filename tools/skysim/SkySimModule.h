@@ -5,9 +5,9 @@
 
 #include <optional>
 
-// One service of the simulator (the feeds, the control API, and later routes, photos, tiles...). The
-// router offers each request to the modules in the order they were added; the first that claims the path
-// answers it.
+// One service of the simulator (the feeds, routes, photos, tower-feed audio, tiles, the geocoder, the
+// update feed, the control API). The router offers each request to the modules in the order they were
+// added; the first that claims the path answers it.
 class SkySimModule
 {
 public:

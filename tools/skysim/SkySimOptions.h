@@ -3,9 +3,11 @@
 #include "FaultPlan.h"
 #include "GeoPoint.h"
 
+#include <QList>
 #include <QString>
 #include <QtGlobal>
 #include <optional>
+#include <utility>
 
 // Everything the simulator is started with.
 struct SkySimOptions
@@ -25,6 +27,8 @@ struct SkySimOptions
     QString fallbackListKey = QStringLiteral("aircraft");
     FaultPlan primaryFault;
     FaultPlan fallbackFault;
+    QList<std::pair<QString, FaultPlan>> faults; // further sources' start faults, by source name
+    QString updateVersion = QStringLiteral("0.1.0");
     bool selfTest = false;
     bool logRequests = false;
 };

@@ -34,6 +34,22 @@ SkySimReply SkySimReply::drop()
     return reply;
 }
 
+SkySimReply SkySimReply::streaming(QByteArray contentType, std::shared_ptr<SkySimStream> stream)
+{
+    SkySimReply reply;
+    reply.action = Action::Stream;
+    reply.contentType = std::move(contentType);
+    reply.stream = std::move(stream);
+    return reply;
+}
+
+SkySimReply SkySimReply::silence()
+{
+    SkySimReply reply;
+    reply.action = Action::Silence;
+    return reply;
+}
+
 bool SkySimReply::statusForbidsBody(int status)
 {
     return (status >= 100 && status < 200) || status == 204 || status == 304;

@@ -28,7 +28,8 @@ public:
     [[nodiscard]] QString errorString() const;
 
 signals:
-    // After each request; status 0 when the connection was dropped on purpose.
+    // After each request; status 0 when the connection was dropped, or is held without an answer, on
+    // purpose. A streamed answer is reported once its head is out.
     void served(const QByteArray &method, const QByteArray &target, int status);
 
 private:

@@ -291,6 +291,20 @@ QStringList TrafficCatalog::typeCodes(Fleet fleet) const
     return {};
 }
 
+bool TrafficCatalog::isAirline(const QString &designator) const
+{
+    for (const QStringList &airlines : m_airlines) {
+        if (std::binary_search(airlines.cbegin(), airlines.cend(), designator))
+            return true;
+    }
+    return false;
+}
+
+QString TrafficCatalog::homeCountry(const QString &designator) const
+{
+    return m_airlineRegistry.value(designator, u"US"_qs);
+}
+
 const TrafficCatalog::Registry &TrafficCatalog::registryFor(const QString &airline) const
 {
     const auto it = m_registries.constFind(m_airlineRegistry.value(airline, u"US"_qs));

@@ -36,6 +36,11 @@ public:
     // The type designators a fleet flies, each one a key of the type table.
     [[nodiscard]] QStringList typeCodes(Fleet fleet) const;
 
+    // Whether the sky flies this designator as an airline of some fleet; air forces' are not.
+    [[nodiscard]] bool isAirline(const QString &designator) const;
+    // The country an airline's aircraft are registered in, as an ISO 3166 code ("US" when unknown).
+    [[nodiscard]] QString homeCountry(const QString &designator) const;
+
 private:
     struct Registry
     {
