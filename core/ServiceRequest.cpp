@@ -6,6 +6,19 @@
 #include <QNetworkRequest>
 #include <QTimer>
 
+namespace {
+
+// The errors QNetworkReply gives for a whole answer whose status is not a success; any other error means
+// the transfer itself failed (refused, reset, timed out, cut short).
+bool isStatusError(QNetworkReply::NetworkError error)
+{
+    return (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
+           error == QNetworkReply::ProtocolInvalidOperationError ||
+           (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
+}
+
+} // namespace
+
 ServiceRequest::ServiceRequest(std::function<void(std::optional<QByteArray>)> done, QObject *context)
     : m_done(std::move(done)), m_context(context)
 {
@@ -39,10 +52,15 @@ ServiceRequest *ServiceRequest::get(const QString &urlText, const Options &optio
             }
         });
     }
-    connect(reply, &QNetworkReply::finished, request, [request, reply] {
+    const bool acceptAnyStatus = options.acceptAnyStatus;
+    connect(reply, &QNetworkReply::finished, request, [request, reply, acceptAnyStatus] {
         reply->deleteLater();
-        const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        if (reply->error() != QNetworkReply::NoError || status != 200) {
+        const QVariant statusAttribute = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+        const int status = statusAttribute.toInt();
+        const bool delivered =
+            reply->error() == QNetworkReply::NoError ||
+            (acceptAnyStatus && statusAttribute.isValid() && isStatusError(reply->error()));
+        if (!delivered || (!acceptAnyStatus && status != 200)) {
             request->finish(std::nullopt);
             return;
         }

@@ -11,8 +11,8 @@ class QNetworkAccessManager;
 class QNetworkReply;
 
 // One GET for a small answer from a web service: a time-out, an optional limit on the body, extra
-// headers. It reports once, with the body of a 200 answer or with nothing for any failure, and then
-// deletes itself. abort() ends it with no report at all.
+// headers. It reports once, with the body of a 200 answer (of any answer, if asked) or with nothing for
+// any failure, and then deletes itself. abort() ends it with no report at all.
 class ServiceRequest : public QObject
 {
     Q_OBJECT
@@ -23,6 +23,8 @@ public:
         int timeoutMs = 8000;
         qint64 maxBodyBytes = -1; // -1: no limit
         QList<QPair<QByteArray, QByteArray>> headers;
+        // Report the body of an answer whatever its HTTP status; only a failed transfer reports nothing.
+        bool acceptAnyStatus = false;
     };
 
     // Starts the request on the shared client (or the given one). An invalid URL reports nothing-found

@@ -11,6 +11,7 @@ packages=(
     libgl-dev libsimdjson-dev libgtest-dev libbenchmark-dev qt6-svg-dev
     qt6-positioning-dev qml6-module-qtpositioning libqt6positioning6-plugins
     clang libclang-rt-14-dev dbus curl
+    qt6-multimedia-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-pulseaudio pulseaudio
 )
 
 missing=()
