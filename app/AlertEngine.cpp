@@ -24,9 +24,10 @@ std::optional<qint64> alertAltitude(const Aircraft &aircraft)
     return aircraft.altGeom();
 }
 
+// Plain digits, never an exponent: 'g' would write a whole second such as 1800000000 as "1.8e+09".
 QString shortestDouble(double value)
 {
-    return QString::number(value, 'g', QLocale::FloatingPointShortest);
+    return QString::number(value, 'f', QLocale::FloatingPointShortest);
 }
 
 } // namespace

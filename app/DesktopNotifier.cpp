@@ -4,6 +4,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QVariantMap>
+#include <utility>
 
 namespace {
 
@@ -31,44 +32,53 @@ DesktopNotifier *DesktopNotifier::shared()
 
 void DesktopNotifier::askCapabilities()
 {
+    if (m_askingCapabilities)
+        return;
+    m_askingCapabilities = true;
     const QDBusMessage call = QDBusMessage::createMethodCall(service.toString(), path.toString(), interfaceName,
                                                              u"GetCapabilities"_qs);
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         watcher->deleteLater();
+        m_askingCapabilities = false;
         const QDBusPendingReply<QStringList> reply = *watcher;
         if (!reply.isError())
             m_bodyMarkup = reply.value().contains(u"body-markup"_qs);
+        // A service that does not answer is asked again at the next post; meanwhile a body is sent as it
+        // is, since only a service that says it reads markup gets markup.
+        const QList<Post> waiting = std::exchange(m_waiting, {});
+        for (const Post &post : waiting)
+            send(post, m_bodyMarkup.value_or(false));
     });
-}
-
-bool DesktopNotifier::bodyTakesMarkup()
-{
-    // Until the service has said, assume markup as nearly every service reads it: an escaped "&amp;" is
-    // a smaller harm than a name cut off at a "<".
-    if (!m_bodyMarkup) {
-        askCapabilities();
-        return true;
-    }
-    return *m_bodyMarkup;
 }
 
 void DesktopNotifier::post(const QString &title, const QString &body, const QString &hex, const QString &identifier)
 {
     if (!m_bus.isConnected())
         return;
-    const QString text = bodyTakesMarkup() ? body.toHtmlEscaped() : body;
+    // The body's form depends on the service's answer, so a post waits for it; the order of posts stays.
+    if (!m_bodyMarkup) {
+        m_waiting.append(Post{title, body, hex, identifier});
+        askCapabilities();
+        return;
+    }
+    send(Post{title, body, hex, identifier}, *m_bodyMarkup);
+}
+
+void DesktopNotifier::send(const Post &post, bool bodyMarkup)
+{
+    const QString text = bodyMarkup ? post.body.toHtmlEscaped() : post.body;
     QDBusMessage call =
         QDBusMessage::createMethodCall(service.toString(), path.toString(), interfaceName, u"Notify"_qs);
     const QVariantMap hints{
         {u"desktop-entry"_qs, u"aerolume"_qs},
         {u"sound-name"_qs, u"message-new-instant"_qs},
-        {u"x-aerolume-identifier"_qs, identifier},
+        {u"x-aerolume-identifier"_qs, post.identifier},
     };
-    call << u"Aerolume"_qs << uint(0) << u"aerolume"_qs << title << text
+    call << u"Aerolume"_qs << uint(0) << u"aerolume"_qs << post.title << text
          << QStringList{u"default"_qs, u"Show"_qs} << hints << int(-1);
     QDBusPendingCallWatcher *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, hex] {
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, hex = post.hex] {
         watcher->deleteLater();
         const QDBusPendingReply<uint> reply = *watcher;
         if (reply.isError())

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QHash>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <optional>
@@ -21,7 +22,8 @@ public:
     // On the user's session bus; made on first use.
     [[nodiscard]] static DesktopNotifier *shared();
 
-    // Posts at once. Fails silently when no notification service runs. `hex` may be empty.
+    // Posts at once, or as soon as the service has said whether it reads markup. Fails silently when no
+    // notification service runs. `hex` may be empty.
     void post(const QString &title, const QString &body, const QString &hex, const QString &identifier);
 
     // The notifications posted and not yet closed, by the id the service gave them.
@@ -39,11 +41,22 @@ private slots:
     void onNotificationClosed(uint id, uint reason);
 
 private:
+    struct Post
+    {
+        QString title;
+        QString body;
+        QString hex;
+        QString identifier;
+    };
+
     void askCapabilities();
-    [[nodiscard]] bool bodyTakesMarkup();
+    void send(const Post &post, bool bodyMarkup);
 
     QDBusConnection m_bus;
     QHash<uint, QString> m_hexById;
     QHash<uint, QString> m_tokenById;
     std::optional<bool> m_bodyMarkup;
+    bool m_askingCapabilities = false;
+    // Posted while the service had not yet said whether it reads markup.
+    QList<Post> m_waiting;
 };

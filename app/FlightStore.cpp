@@ -146,11 +146,14 @@ void FlightStore::rebuildTrails()
     const qsizetype length = trailLength();
     QHash<QString, Trail> rebuilt;
     rebuilt.reserve(m_aircraft.size());
-    for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
+    // Backwards: of an address the feed sent twice, the later row is the one kept, and it must find the
+    // old trail still there. Each address is taken over once, so taking the old trail out reuses its
+    // storage.
+    for (auto it = m_aircraft.crbegin(); it != m_aircraft.crend(); ++it) {
+        const Aircraft &aircraft = *it;
         const auto position = aircraft.coordinate();
-        if (!position)
+        if (!position || rebuilt.contains(aircraft.hex()))
             continue;
-        // Taking the old trail out reuses its storage.
         Trail trail = m_trails.take(aircraft.hex());
         const bool moved = trail.isEmpty() ||
                            std::abs(trail.constLast().latitude - position->latitude) > samePositionDegrees ||

@@ -84,7 +84,8 @@ void SightingLog::record(const QList<Aircraft> &aircraft)
 {
     const QDateTime now = m_dependencies.now();
     const QString today = dayKey(now);
-    if (m_store.seenDayKey != today) {
+    const bool newDay = m_store.seenDayKey != today;
+    if (newDay) {
         m_store.seenDayKey = today;
         m_store.seenHexes.clear();
     }
@@ -105,8 +106,12 @@ void SightingLog::record(const QList<Aircraft> &aircraft)
                 m_store.typesFirstSeen.insert(code, now);
         }
     }
-    if (!anyNew)
+    if (!anyNew) {
+        // The new day is a change of the store, and what counts as "today" moved with it.
+        if (newDay)
+            emit storeChanged();
         return;
+    }
     m_store.days.insert(today, day);
     pruneIfNeeded(now);
     m_dirty = true;

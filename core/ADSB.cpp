@@ -65,7 +65,9 @@ QList<Aircraft> filteredAndSorted(const QList<Aircraft> &rows)
 FeedFetch *fetch(const HomeLocation &home, double radiusNM, QObject *parent)
 {
     auto *task = new FeedFetch(sources(), home, radiusNM, HttpClient::shared(), parent);
-    task->start();
+    // Started from the event loop: a fetch with nothing to ask fails at once, and the caller must have
+    // connected to it by then.
+    QMetaObject::invokeMethod(task, &FeedFetch::start, Qt::QueuedConnection);
     return task;
 }
 

@@ -28,6 +28,8 @@ FeedFetch::FeedFetch(QList<ADSB::Source> sources, HomeLocation home, double radi
 
 void FeedFetch::start()
 {
+    if (m_done)
+        return; // cancelled before it began: no request at all
     askNext();
 }
 

@@ -22,7 +22,7 @@ public:
 
     // Time allowed for each source; the networks get 8 seconds, tests may be less patient.
     void setTimeoutMs(int timeoutMs) { m_timeoutMs = timeoutMs; }
-    void start();
+    Q_INVOKABLE void start();
     void cancel();
 
     [[nodiscard]] bool isCancelled() const { return m_cancelled; }

@@ -49,16 +49,20 @@ QString runtime()
     const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (!runtimeDir.isEmpty() && QDir::isAbsolutePath(runtimeDir))
         return runtimeDir + u"/aerolume"_qs;
-    // A shared /tmp: the folder must be ours alone, or another user could plant files in it.
-    const QString path = u"/tmp/aerolume-%1"_qs.arg(getuid());
-    const QByteArray encoded = QFile::encodeName(path);
-    if (mkdir(encoded.constData(), 0700) != 0) {
+    // A shared /tmp: the folder must be ours alone, or another user could plant files in it. Every
+    // process tries the same names in the same order, so all of ours meet in the same folder.
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        const QString path = u"/tmp/aerolume-%1%2"_qs.arg(getuid()).arg(attempt ? u"-%1"_qs.arg(attempt) : QString());
+        const QByteArray encoded = QFile::encodeName(path);
+        mkdir(encoded.constData(), 0700);
         struct stat info {};
-        if (lstat(encoded.constData(), &info) != 0 || !S_ISDIR(info.st_mode) || info.st_uid != getuid())
-            return QDir::tempPath() + u"/aerolume-%1-private"_qs.arg(getuid());
-        chmod(encoded.constData(), 0700);
+        if (lstat(encoded.constData(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == getuid()) {
+            if ((info.st_mode & 0077) != 0)
+                chmod(encoded.constData(), 0700);
+            return path;
+        }
     }
-    return path;
+    return config() + u"/runtime"_qs;
 }
 
 } // namespace UserDirectories
