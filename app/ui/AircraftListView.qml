@@ -14,10 +14,10 @@ Pane {
         id: listState
         store: FlightStore
     }
-    SettingValue { id: planeColor; key: "planeColorHex"; fallback: "#FF8A00" }
-    SettingValue { id: distanceUnit; key: "distanceUnit"; fallback: "mi" }
-    SettingValue { id: textScale; key: "textScale"; fallback: 1.0 }
-    SettingValue { id: colorByAltitude; key: "colorByAltitude"; fallback: false }
+    SettingValue { id: planeColorSetting; key: "planeColorHex"; fallback: "#FF8A00" }
+    SettingValue { id: distanceUnitSetting; key: "distanceUnit"; fallback: "mi" }
+    SettingValue { id: textScaleSetting; key: "textScale"; fallback: 1.0 }
+    SettingValue { id: colorByAltitudeSetting; key: "colorByAltitude"; fallback: false }
 
     function focusSearch() {
         searchField.forceActiveFocus()
@@ -116,10 +116,10 @@ Pane {
             delegate: AircraftRow {
                 required property string hex
                 selected: hex === FlightStore.selectedHex
-                planeColorHex: planeColor.value
-                distanceUnit: distanceUnit.value
-                textScale: textScale.value
-                colorByAltitude: colorByAltitude.value
+                planeColorHex: planeColorSetting.value
+                distanceUnit: distanceUnitSetting.value
+                textScale: textScaleSetting.value
+                colorByAltitude: colorByAltitudeSetting.value
                 onClicked: {
                     FlightStore.selectedHex = hex
                     list.forceActiveFocus()

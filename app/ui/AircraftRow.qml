@@ -74,6 +74,7 @@ ItemDelegate {
                     Layout.fillWidth: false
                 }
                 Label {
+                    id: badge
                     readonly property color badgeColor: row.aircraft.isEmergency ? Theme.systemRed : Theme.systemGreen
                     visible: row.aircraft.isEmergency || row.aircraft.isMilitary
                     text: row.aircraft.isEmergency ? "EMERG" : "MIL"
@@ -86,7 +87,7 @@ ItemDelegate {
                     bottomPadding: 1
                     background: Rectangle {
                         radius: 4
-                        color: Qt.rgba(parent.badgeColor.r, parent.badgeColor.g, parent.badgeColor.b, 0.18)
+                        color: Qt.rgba(badge.badgeColor.r, badge.badgeColor.g, badge.badgeColor.b, 0.18)
                     }
                 }
             }

@@ -9,7 +9,8 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(Math.ceil(size * Screen.devicePixelRatio), Math.ceil(size * Screen.devicePixelRatio))
+    sourceSize.width: Math.ceil(size * Screen.devicePixelRatio)
+    sourceSize.height: Math.ceil(size * Screen.devicePixelRatio)
     source: name.length > 0 ? Theme.symbol(name, tint) : ""
     fillMode: Image.PreserveAspectFit
     smooth: true
