@@ -36,6 +36,9 @@ class CliNearbyTest : public QObject
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"AEROLUME_PRIMARY_FEED_URL"_qs, m_server.baseUrl());
         environment.insert(u"AEROLUME_FALLBACK_FEED_URL"_qs, m_server.baseUrl());
+        environment.insert(u"AEROLUME_ROUTE_URL"_qs, m_server.baseUrl());
+        environment.insert(u"AEROLUME_PHOTO_URL"_qs, m_server.baseUrl());
+        environment.insert(u"AEROLUME_STREAM_URL"_qs, m_server.baseUrl() + u"/streams"_qs);
         environment.insert(u"LC_ALL"_qs, locale);
         environment.insert(u"LANG"_qs, locale);
         process.setProcessEnvironment(environment);
@@ -53,6 +56,14 @@ private slots:
             LoopbackHttpServer::Response response;
             response.body = answer;
             return response;
+        });
+        m_server.route("/v0/callsign/", [](const LoopbackHttpServer::Request &request) {
+            if (request.path.endsWith("/ASA512"))
+                return LoopbackHttpServer::Response{200, R"({"response":{"flightroute":{"origin":{"iata_code":"SEA","municipality":"Seattle"},"destination":{"iata_code":"SFO","municipality":"San Francisco"}}}})", "application/json", false, false};
+            return LoopbackHttpServer::Response{404, R"({"response":"unknown callsign"})", "application/json", false, false};
+        });
+        m_server.route("/pub/photos/hex/", [](const LoopbackHttpServer::Request &) {
+            return LoopbackHttpServer::Response{200, R"({"photos":[]})", "application/json", false, false};
         });
         m_server.route("/v2/point/0.00000/", [](const LoopbackHttpServer::Request &) {
             return LoopbackHttpServer::Response{503, {}, "text/plain", false, false};
@@ -137,6 +148,30 @@ private slots:
         QCOMPARE(run.exitCode, 1);
         QVERIFY(run.out.isEmpty());
         QCOMPARE(QString::fromUtf8(run.err), u"adsb.fi: row 1: \"hex\" is missing\n"_qs);
+    }
+
+    // The one-off lookups print their result, or "none" with status 1.
+    void lookups_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QString>("out");
+        QTest::newRow("route") << QStringList{u"route"_qs, u"ASA512"_qs} << 0 << u"SEA → SFO  (Seattle → San Francisco)\n"_qs;
+        QTest::newRow("unknown route") << QStringList{u"route"_qs, u"ZZZ1"_qs} << 1 << u"none\n"_qs;
+        QTest::newRow("no photo") << QStringList{u"photo"_qs, u"a1b2c3"_qs} << 1 << u"none\n"_qs;
+        QTest::newRow("page link") << QStringList{u"resolve-stream"_qs, u"https://www.liveatc.net/hlisten.php?mount=KPDX2"_qs}
+                                   << 0 << m_server.baseUrl() + u"/streams/KPDX2\n"_qs;
+        QTest::newRow("not a stream scheme") << QStringList{u"resolve-stream"_qs, u"ftp://example.org/a"_qs} << 1 << u"none\n"_qs;
+    }
+
+    void lookups()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, exitCode);
+        QFETCH(QString, out);
+        const Run run = cli(arguments);
+        QCOMPARE(run.exitCode, exitCode);
+        QCOMPARE(QString::fromUtf8(run.out), out);
     }
 
     void badArguments_data()

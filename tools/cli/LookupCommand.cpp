@@ -2,6 +2,7 @@
 
 #include "PhotoAPI.h"
 #include "RouteAPI.h"
+#include "StreamResolver.h"
 
 #include <QTextStream>
 
@@ -10,7 +11,8 @@ LookupCommand::LookupCommand(QObject *parent) : QObject(parent) {}
 QString LookupCommand::usage()
 {
     return u"usage: aerolume-cli route CALLSIGN\n"
-           u"       aerolume-cli photo HEX"_qs;
+           u"       aerolume-cli photo HEX\n"
+           u"       aerolume-cli resolve-stream URL"_qs;
 }
 
 void LookupCommand::print(const QString &text, int exitCode)
@@ -24,12 +26,18 @@ void LookupCommand::print(const QString &text, int exitCode)
 bool LookupCommand::start(const QStringList &arguments)
 {
     const QString command = arguments.value(0);
-    if (arguments.size() != 2 || (command != u"route" && command != u"photo")) {
+    if (arguments.size() != 2 || (command != u"route" && command != u"photo" && command != u"resolve-stream")) {
         QTextStream(stderr) << "bad arguments\n" << usage() << '\n';
         return false;
     }
     const QString key = arguments[1];
-    if (command == u"route") {
+    if (command == u"resolve-stream") {
+        StreamResolver::resolve(key, this, [this](std::optional<QUrl> stream) {
+            if (!stream)
+                return print(u"none"_qs, 1);
+            print(stream->toString(), 0);
+        });
+    } else if (command == u"route") {
         RouteAPI::fetch(key, this, [this](std::optional<FlightRoute> route) {
             if (!route)
                 return print(u"none"_qs, 1);

@@ -3,7 +3,8 @@
 #include <QObject>
 #include <QStringList>
 
-// `aerolume-cli route CALLSIGN` and `aerolume-cli photo HEX`: one lookup, its result or "none" (status 1).
+// `aerolume-cli route CALLSIGN`, `aerolume-cli photo HEX` and `aerolume-cli resolve-stream URL`: one lookup,
+// its result or "none" (status 1).
 class LookupCommand : public QObject
 {
     Q_OBJECT

@@ -86,7 +86,7 @@ int main(int argc, char *argv[])
         return nearby(app, arguments.mid(1));
     if (command == u"home" || command == u"radius")
         return HomeCommand::run(arguments);
-    if (command == u"route" || command == u"photo") {
+    if (command == u"route" || command == u"photo" || command == u"resolve-stream") {
         LookupCommand lookup;
         if (!lookup.start(arguments))
             return 2;
