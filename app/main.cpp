@@ -1,5 +1,6 @@
 #include "Appearance.h"
 #include "FlightStore.h"
+#include "HttpClient.h"
 #include "LiveStateLock.h"
 #include "SingleInstance.h"
 #include "SymbolImageProvider.h"
@@ -9,13 +10,24 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QQmlApplicationEngine>
+#include <QQmlNetworkAccessManagerFactory>
+#include <QtQml/qqmlextensionplugin.h>
 #include <QQmlComponent>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QTextStream>
 #include <QUrl>
 
+Q_IMPORT_QML_PLUGIN(Aerolume_MapPlugin)
+
 namespace {
+
+// Images the views load themselves (photos, tiles drawn by QML) name Aerolume like every other request.
+class NamedNetworkFactory : public QQmlNetworkAccessManagerFactory
+{
+public:
+    QNetworkAccessManager *create(QObject *parent) override { return new HttpClient(parent); }
+};
 
 const QUrl mainUrl(u"qrc:/qt/qml/Aerolume/App/Main.qml"_qs);
 
@@ -99,6 +111,10 @@ int main(int argc, char *argv[])
     const bool testing = arguments.contains(u"--self-test"_qs);
 
     QQmlApplicationEngine engine;
+    NamedNetworkFactory networkFactory;
+    engine.setNetworkAccessManagerFactory(&networkFactory);
+    // Where our QML modules live in the resources (Qt 6.4 does not look there by itself).
+    engine.addImportPath(u"qrc:/qt/qml"_qs);
     engine.addImageProvider(u"symbol"_qs, new SymbolImageProvider());
     if (testing)
         return selfTest(engine);

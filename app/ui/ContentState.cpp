@@ -2,7 +2,6 @@
 
 #include "FlightStore.h"
 
-#include <QFile>
 #include <QLocale>
 
 ContentState::ContentState(QObject *parent) : QObject(parent) {}
@@ -36,8 +35,3 @@ QString ContentState::subtitle() const
     return parts.join(u" · "_qs);
 }
 
-QUrl ContentState::mapView()
-{
-    const QString path = u":/qt/qml/Aerolume/Map/RadarMapView.qml"_qs;
-    return QFile::exists(path) ? QUrl(u"qrc"_qs + path) : QUrl();
-}

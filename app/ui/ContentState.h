@@ -3,7 +3,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include "FlightStore.h"
@@ -15,7 +14,6 @@ class ContentState : public QObject
     QML_ELEMENT
     Q_PROPERTY(FlightStore *store READ store WRITE setStore NOTIFY storeChanged)
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged)
-    Q_PROPERTY(QUrl mapView READ mapView CONSTANT)
 
 public:
     explicit ContentState(QObject *parent = nullptr);
@@ -27,8 +25,6 @@ public:
 
     // The radius choices of the toolbar, in nautical miles.
     Q_INVOKABLE [[nodiscard]] static QList<int> radiusChoices() { return {5, 10, 25, 50, 100, 250}; }
-    // The radar map's view when the map module is part of this build, else empty.
-    [[nodiscard]] static QUrl mapView();
 
 signals:
     void storeChanged();

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QQmlApplicationEngine>
+#include <QtQml/qqmlextensionplugin.h>
 #include <QRegularExpression>
 #include <QQuickItem>
 #include <QQuickStyle>
@@ -12,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+Q_IMPORT_QML_PLUGIN(Aerolume_MapPlugin)
 
 namespace {
 
@@ -67,11 +70,16 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_dir.isValid());
-        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
+        for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR", "XDG_CACHE_HOME"})
             qputenv(variable, m_dir.filePath(QString::fromLatin1(variable)).toUtf8());
         qputenv("AEROLUME_PRIMARY_FEED_URL", m_server.baseUrl().toUtf8());
         qputenv("AEROLUME_FALLBACK_FEED_URL", m_server.baseUrl().toUtf8());
         qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
+        // The map's tiles come from the loopback server too (which has none: the map draws without them).
+        for (const char *variable : {"AEROLUME_TILE_URL_STANDARD", "AEROLUME_TILE_URL_IMAGERY", "AEROLUME_TILE_URL_LABELS"})
+            qputenv(variable, (m_server.baseUrl() + u"/tiles/{z}/{x}/{y}.png"_qs).toUtf8());
+        qputenv("AEROLUME_PHOTO_URL", m_server.baseUrl().toUtf8());
+        qputenv("AEROLUME_ROUTE_URL", m_server.baseUrl().toUtf8());
         m_server.route("/v2/point/", [](const LoopbackHttpServer::Request &) {
             return LoopbackHttpServer::Response{200, traffic, "application/json", false, false};
         });
@@ -81,6 +89,7 @@ private slots:
 
         QQuickStyle::setStyle(u"Fusion"_qs);
         m_engine = new QQmlApplicationEngine(this);
+        m_engine->addImportPath(u"qrc:/qt/qml"_qs);
         m_engine->addImageProvider(u"symbol"_qs, new SymbolImageProvider());
         m_engine->load(QUrl(u"qrc:/qt/qml/Aerolume/App/Main.qml"_qs));
         QVERIFY(window());
