@@ -4,7 +4,9 @@
 #include "DesktopNotifier.h"
 #include "TextRules.h"
 
+#include <QSet>
 #include <cmath>
+#include <functional>
 #include <numbers>
 
 namespace {
@@ -57,20 +59,24 @@ QStringList AlertEngine::parseWatchlist(const QString &text)
     return entries;
 }
 
+namespace {
+
+// An aircraft's identities as a watchlist names them: callsign trimmed, registration and address, all
+// upper case; absent ones take no part.
+bool matchesAny(const Aircraft &aircraft, const std::function<bool(const QString &)> &listed)
+{
+    if (aircraft.flight() && listed(TextRules::upperCased(TextRules::trimmed(*aircraft.flight()))))
+        return true;
+    if (aircraft.registration() && listed(TextRules::upperCased(*aircraft.registration())))
+        return true;
+    return listed(TextRules::upperCased(aircraft.hex()));
+}
+
+} // namespace
+
 bool AlertEngine::matches(const Aircraft &aircraft, const QStringList &watchlist)
 {
-    std::optional<QString> flight;
-    if (aircraft.flight())
-        flight = TextRules::upperCased(TextRules::trimmed(*aircraft.flight()));
-    std::optional<QString> registration;
-    if (aircraft.registration())
-        registration = TextRules::upperCased(*aircraft.registration());
-    for (const QString &entry : watchlist) {
-        if ((flight && entry == *flight) || (registration && entry == *registration) ||
-            entry == TextRules::upperCased(aircraft.hex()))
-            return true;
-    }
-    return false;
+    return matchesAny(aircraft, [&](const QString &identity) { return watchlist.contains(identity); });
 }
 
 std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const HomeLocation &home,
@@ -132,6 +138,7 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
     // nothing a person could notice.
     const bool emergencyOn = !m_defaults->contains(u"alertEmergency"_qs) || m_defaults->boolValue(u"alertEmergency"_qs);
     const QStringList watchlist = parseWatchlist(m_defaults->stringValue(u"alertWatchlist"_qs).value_or(QString()));
+    const QSet<QString> watchSet(watchlist.cbegin(), watchlist.cend());
     const double rangeMiles = m_defaults->doubleValue(u"alertRangeMiles"_qs).value_or(0);
     const bool flyoverOn = m_defaults->boolValue(u"alertFlyover"_qs);
     const bool militaryOn = m_defaults->boolValue(u"alertMilitary"_qs);
@@ -158,7 +165,8 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
             if (feet && *feet < 2000)
                 fire(u"low"_qs, plane, u"Low-flying aircraft"_qs, body(plane));
         }
-        if (!watchlist.isEmpty() && matches(plane, watchlist))
+        // The same whole-text test as matches(), with the list looked up rather than walked.
+        if (!watchlist.isEmpty() && matchesAny(plane, [&](const QString &identity) { return watchSet.contains(identity); }))
             fire(u"watch"_qs, plane, u"Watchlist: "_qs + plane.displayName(), body(plane));
     }
 }

@@ -91,7 +91,8 @@ std::optional<QUrl> pageLinkStream(const QUrl &url)
 
 bool isPlaylist(const QUrl &url)
 {
-    QStringView path = url.path(QUrl::FullyDecoded);
+    const QString decodedPath = url.path(QUrl::FullyDecoded); // the views below must not outlive it
+    QStringView path = decodedPath;
     while (path.endsWith(u'/'))
         path.chop(1);
     const QStringView name = path.sliced(path.lastIndexOf(u'/') + 1);

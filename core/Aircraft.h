@@ -190,4 +190,6 @@ private:
     std::optional<double> m_directionDeg;
 };
 
+// Records move in lists as plain bytes: every member is relocatable.
+Q_DECLARE_TYPEINFO(Aircraft, Q_RELOCATABLE_TYPE);
 Q_DECLARE_METATYPE(Aircraft)

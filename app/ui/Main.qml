@@ -96,6 +96,54 @@ ApplicationWindow {
                 }
                 ToolTip.visible: hovered
                 ToolTip.text: FlightStore.isPaused ? qsTr("Resume live updates") : qsTr("Pause live updates")
+                Accessible.name: text
+                Accessible.onPressAction: clicked()
+            }
+            ToolButton {
+                id: atcButton
+                objectName: "atcButton"
+                text: qsTr("ATC Audio")
+                // Filled while a feed is asked for, so playback shows with the panel closed.
+                icon.source: Theme.symbol(ATCAudio.playingFavoriteID.length > 0 ? "headphones.circle.fill" : "headphones", Theme.text)
+                display: AbstractButton.TextBesideIcon
+                checked: atcPopover.visible
+                onClicked: atcPopover.visible ? atcPopover.close() : atcPopover.open()
+                ToolTip.visible: hovered && !atcPopover.visible
+                ToolTip.text: qsTr("Listen to live air traffic control")
+                Accessible.name: text
+                Accessible.onPressAction: clicked()
+
+                Popup {
+                    id: atcPopover
+                    objectName: "atcPopover"
+                    y: atcButton.height + 4
+                    x: Math.round((atcButton.width - width) / 2)
+                    // Kept inside the window, however near its edge the button sits.
+                    margins: 8
+                    width: 320
+                    padding: 0
+                    focus: true
+                    // A press on the button itself is left to the button, which closes the panel.
+                    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutsideParent
+                    background: Rectangle {
+                        color: Theme.background
+                        border.color: Theme.separator
+                        radius: 10
+                    }
+                    contentItem: ATCAudioView {
+                        objectName: "atcAudioView"
+                    }
+                }
+            }
+            ToolButton {
+                objectName: "logbookButton"
+                text: qsTr("Logbook")
+                icon.source: Theme.symbol("chart.bar", Theme.text)
+                display: AbstractButton.TextBesideIcon
+                onClicked: window.openLogbook()
+                ToolTip.visible: hovered
+                ToolTip.text: qsTr("Sighting statistics")
+                Accessible.name: text
                 Accessible.onPressAction: clicked()
             }
             ToolButton {
@@ -105,6 +153,7 @@ ApplicationWindow {
                 onClicked: homeSheet.open()
                 ToolTip.visible: hovered
                 ToolTip.text: qsTr("Change home location")
+                Accessible.name: text
                 Accessible.onPressAction: clicked()
             }
         }
@@ -129,6 +178,22 @@ ApplicationWindow {
                 onDismissed: homeSheet.close()
             }
         }
+    }
+
+    // The one Logbook window, made at its first opening; closing only hides it.
+    property LogbookWindow logbookWindow: null
+
+    function openLogbook() {
+        if (!logbookWindow)
+            logbookWindow = logbookComponent.createObject(null)
+        logbookWindow.show()
+        logbookWindow.raise()
+        logbookWindow.requestActivate()
+    }
+
+    Component {
+        id: logbookComponent
+        LogbookWindow {}
     }
 
     Shortcut {
