@@ -1,5 +1,7 @@
 #include "StreamResolver.h"
 
+#include "Services.h"
+
 #include "ServiceRequest.h"
 
 #include <QStringDecoder>
@@ -7,12 +9,6 @@
 #include <QUrlQuery>
 
 namespace {
-
-QString environmentOr(const char *variable, const QString &fallback)
-{
-    const QString value = qEnvironmentVariable(variable).trimmed();
-    return value.isEmpty() ? fallback : value;
-}
 
 bool isSpaceOrTab(QChar c)
 {
@@ -160,15 +156,12 @@ std::optional<QUrl> resolvedPlaylist(const std::optional<QByteArray> &body)
 
 QString StreamResolver::streamBaseURL()
 {
-    QString base = environmentOr("AEROLUME_STREAM_URL", u"https://d.liveatc.net"_qs);
-    while (base.endsWith(u'/'))
-        base.chop(1);
-    return base;
+    return Services::streamURL();
 }
 
 QString StreamResolver::towerFeedsDomain()
 {
-    return environmentOr("AEROLUME_TOWERFEEDS_DOMAIN", u"liveatc.net"_qs);
+    return Services::towerFeedsDomain();
 }
 
 void StreamResolver::resolve(const QString &text, QObject *context, Done done)

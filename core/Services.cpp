@@ -52,4 +52,19 @@ QString photoURL()
     return baseAddress("AEROLUME_PHOTO_URL", u"https://api.planespotters.net"_qs);
 }
 
+QString globeViewerURL()
+{
+    return baseAddress("AEROLUME_GLOBE_URL", u"https://adsb.lol"_qs);
+}
+
+QString streamURL()
+{
+    return baseAddress("AEROLUME_STREAM_URL", u"https://d.liveatc.net"_qs);
+}
+
+QString towerFeedsDomain()
+{
+    return fromEnvironment("AEROLUME_TOWERFEEDS_DOMAIN", u"liveatc.net"_qs);
+}
+
 } // namespace Services

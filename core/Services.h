@@ -19,4 +19,10 @@ namespace Services {
 [[nodiscard]] QString routeURL();
 [[nodiscard]] QString photoURL();
 
+// The track viewer (its page takes "/?icao=HEX").
+[[nodiscard]] QString globeViewerURL();
+// The directory's direct streams, and the domain every one of its hosts ends with.
+[[nodiscard]] QString streamURL();
+[[nodiscard]] QString towerFeedsDomain();
+
 } // namespace Services

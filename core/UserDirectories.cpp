@@ -39,6 +39,11 @@ QString config()
     return fromVariable("XDG_CONFIG_HOME", u".config"_qs) + u"/Aerolume"_qs;
 }
 
+QString cache()
+{
+    return fromVariable("XDG_CACHE_HOME", u".cache"_qs) + u"/Aerolume"_qs;
+}
+
 QString state()
 {
     return fromVariable("XDG_STATE_HOME", u".local/state"_qs) + u"/Aerolume"_qs;

@@ -11,6 +11,8 @@ namespace UserDirectories {
 [[nodiscard]] QString data();
 // $XDG_CONFIG_HOME/Aerolume
 [[nodiscard]] QString config();
+// $XDG_CACHE_HOME/Aerolume
+[[nodiscard]] QString cache();
 // $XDG_STATE_HOME/Aerolume
 [[nodiscard]] QString state();
 // $XDG_RUNTIME_DIR/aerolume, else a private /tmp/aerolume-UID (made with mode 0700)

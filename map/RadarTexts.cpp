@@ -1,5 +1,7 @@
 #include "RadarTexts.h"
 
+#include "Services.h"
+
 #include <cmath>
 
 namespace RadarTexts {
@@ -44,12 +46,7 @@ QList<DetailRow> detailRows(const Aircraft &aircraft, const std::optional<Flight
 
 QString globeViewerHost()
 {
-    QString host = qEnvironmentVariable("AEROLUME_GLOBE_URL").trimmed();
-    if (host.isEmpty())
-        host = u"https://adsb.lol"_qs;
-    while (host.endsWith(u'/'))
-        host.chop(1);
-    return host;
+    return Services::globeViewerURL();
 }
 
 QUrl trackUrl(const QString &hex)

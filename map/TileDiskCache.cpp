@@ -18,10 +18,7 @@ TileDiskCache::TileDiskCache(QString root, qint64 maxBytes, Clock now)
 
 QString TileDiskCache::defaultRoot()
 {
-    const QString cache = qEnvironmentVariable("XDG_CACHE_HOME");
-    const QString base =
-        !cache.isEmpty() && QDir::isAbsolutePath(cache) ? cache : UserDirectories::home() + u"/.cache"_qs;
-    return base + u"/Aerolume/tiles"_qs;
+    return UserDirectories::cache() + u"/tiles"_qs;
 }
 
 QString TileDiskCache::path(const QString &source, const TileId &tile) const
