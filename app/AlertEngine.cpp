@@ -5,7 +5,9 @@
 #include "TextRules.h"
 
 #include <QSet>
+#include <algorithm>
 #include <cmath>
+#include <vector>
 #include <functional>
 #include <numbers>
 
@@ -61,22 +63,97 @@ QStringList AlertEngine::parseWatchlist(const QString &text)
 
 namespace {
 
+// Up to eight ASCII characters (no NUL) as one number: different texts give different numbers, and
+// almost every callsign, registration and address fits, so the watchlist is mostly searched without
+// making or hashing text.
+std::optional<quint64> packedIdentity(QStringView text)
+{
+    if (text.size() > 8)
+        return std::nullopt;
+    quint64 packed = 0;
+    for (const QChar character : text) {
+        const char16_t unit = character.unicode();
+        if (unit == 0 || unit >= 0x80)
+            return std::nullopt;
+        packed = packed << 8 | unit;
+    }
+    return packed;
+}
+
+// The watchlist's entries (upper case already) ready for thousands of lookups a refresh.
+class WatchSet
+{
+public:
+    explicit WatchSet(const QStringList &entries)
+    {
+        for (const QString &entry : entries) {
+            if (const auto key = packedIdentity(entry))
+                m_packed.push_back(*key);
+            else
+                m_others.insert(entry);
+        }
+        std::sort(m_packed.begin(), m_packed.end());
+    }
+
+    [[nodiscard]] bool isEmpty() const { return m_packed.empty() && m_others.isEmpty(); }
+
+    // Whether the text, upper-cased and trimmed of blanks when asked, is listed.
+    [[nodiscard]] bool contains(QStringView text, bool trim) const
+    {
+        if (trim) {
+            while (!text.isEmpty() && isBlank(text.front().unicode()))
+                text = text.sliced(1);
+            while (!text.isEmpty() && isBlank(text.back().unicode()))
+                text.chop(1);
+        }
+        if (text.size() <= 8) {
+            quint64 packed = 0;
+            bool plain = true;
+            for (const QChar character : text) {
+                const char16_t unit = character.unicode();
+                if (unit == 0 || unit >= 0x80) {
+                    plain = false;
+                    break;
+                }
+                packed = packed << 8 | (unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit);
+            }
+            if (plain)
+                return std::binary_search(m_packed.cbegin(), m_packed.cend(), packed);
+        }
+        // Long or non-ASCII: the full Unicode mapping, which may also make the text short and plain.
+        const QString upper = TextRules::upperCased(text);
+        if (const auto key = packedIdentity(upper))
+            return std::binary_search(m_packed.cbegin(), m_packed.cend(), *key);
+        return m_others.contains(upper);
+    }
+
+private:
+    // ASCII has no blanks but space and tab; anything else is asked of Unicode.
+    static bool isBlank(char16_t unit)
+    {
+        return unit == u' ' || unit == u'\t' || (unit >= 0x80 && TextRules::isBlank(unit));
+    }
+
+    std::vector<quint64> m_packed;
+    QSet<QString> m_others;
+};
+
 // An aircraft's identities as a watchlist names them: callsign trimmed, registration and address, all
 // upper case; absent ones take no part.
-bool matchesAny(const Aircraft &aircraft, const std::function<bool(const QString &)> &listed)
+bool matchesAny(const Aircraft &aircraft, const WatchSet &watchlist)
 {
-    if (aircraft.flight() && listed(TextRules::upperCased(TextRules::trimmed(*aircraft.flight()))))
+    if (aircraft.flight() && watchlist.contains(*aircraft.flight(), true))
         return true;
-    if (aircraft.registration() && listed(TextRules::upperCased(*aircraft.registration())))
+    if (aircraft.registration() && watchlist.contains(*aircraft.registration(), false))
         return true;
-    return listed(TextRules::upperCased(aircraft.hex()));
+    return watchlist.contains(aircraft.hex(), false);
 }
 
 } // namespace
 
 bool AlertEngine::matches(const Aircraft &aircraft, const QStringList &watchlist)
 {
-    return matchesAny(aircraft, [&](const QString &identity) { return watchlist.contains(identity); });
+    return matchesAny(aircraft, WatchSet(watchlist));
 }
 
 std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const HomeLocation &home,
@@ -138,7 +215,7 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
     // nothing a person could notice.
     const bool emergencyOn = !m_defaults->contains(u"alertEmergency"_qs) || m_defaults->boolValue(u"alertEmergency"_qs);
     const QStringList watchlist = parseWatchlist(m_defaults->stringValue(u"alertWatchlist"_qs).value_or(QString()));
-    const QSet<QString> watchSet(watchlist.cbegin(), watchlist.cend());
+    const WatchSet watchSet(watchlist);
     const double rangeMiles = m_defaults->doubleValue(u"alertRangeMiles"_qs).value_or(0);
     const bool flyoverOn = m_defaults->boolValue(u"alertFlyover"_qs);
     const bool militaryOn = m_defaults->boolValue(u"alertMilitary"_qs);
@@ -146,42 +223,60 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
     const bool lowOn = m_defaults->boolValue(u"alertLowAltitude"_qs);
     const std::optional<double> missMiles = flyoverOn ? m_defaults->doubleValue(u"flyoverMissMiles"_qs) : std::nullopt;
 
+    // One moment for the whole list, taken when the first rule matches.
+    std::optional<qint64> nowMs;
+    const auto fireNow = [&](const QString &rule, const Aircraft &plane, const std::function<QString()> &title) {
+        if (!nowMs)
+            nowMs = m_now().toMSecsSinceEpoch();
+        fire(rule, plane, *nowMs, title);
+    };
     for (const Aircraft &plane : aircraft) {
         if (rangeMiles > 0 && plane.distanceNM() && rangeMiles < *plane.distanceNM() * milesPerNauticalMile)
             continue;
         if (emergencyOn && plane.isEmergency())
-            fire(u"emergency"_qs, plane, u"Emergency squawk "_qs + plane.squawk().value_or(QString()), body(plane));
+            fireNow(u"emergency"_qs, plane, [&] { return u"Emergency squawk "_qs + plane.squawk().value_or(QString()); });
         if (flyoverOn) {
             if (const auto eta = flyoverETA(plane, home, missMiles))
-                fire(u"flyover"_qs, plane,
-                     u"Passing overhead in about %1 seconds"_qs.arg(qint64(std::trunc(*eta))), body(plane));
+                fireNow(u"flyover"_qs, plane,
+                        [&] { return u"Passing overhead in about %1 seconds"_qs.arg(qint64(std::trunc(*eta))); });
         }
         if (militaryOn && plane.isMilitary())
-            fire(u"military"_qs, plane, u"Military aircraft in range"_qs, body(plane));
+            fireNow(u"military"_qs, plane, [] { return u"Military aircraft in range"_qs; });
         if (helicoptersOn && plane.isHelicopter())
-            fire(u"heli"_qs, plane, u"Helicopter in range"_qs, body(plane));
+            fireNow(u"heli"_qs, plane, [] { return u"Helicopter in range"_qs; });
         if (lowOn) {
             const auto feet = alertAltitude(plane);
             if (feet && *feet < 2000)
-                fire(u"low"_qs, plane, u"Low-flying aircraft"_qs, body(plane));
+                fireNow(u"low"_qs, plane, [] { return u"Low-flying aircraft"_qs; });
         }
-        // The same whole-text test as matches(), with the list looked up rather than walked.
-        if (!watchlist.isEmpty() && matchesAny(plane, [&](const QString &identity) { return watchSet.contains(identity); }))
-            fire(u"watch"_qs, plane, u"Watchlist: "_qs + plane.displayName(), body(plane));
+        if (!watchSet.isEmpty() && matchesAny(plane, watchSet))
+            fireNow(u"watch"_qs, plane, [&] { return u"Watchlist: "_qs + plane.displayName(); });
     }
 }
 
-void AlertEngine::fire(const QString &rule, const Aircraft &aircraft, const QString &title, const QString &body)
+QHash<QString, QDateTime> AlertEngine::lastAlerted() const
 {
-    const QString key = rule + u'-' + aircraft.hex();
-    const QDateTime now = m_now();
+    QHash<QString, QDateTime> stamps;
+    stamps.reserve(m_lastAlerted.size());
+    for (auto it = m_lastAlerted.cbegin(); it != m_lastAlerted.cend(); ++it)
+        stamps.insert(it.key(), QDateTime::fromMSecsSinceEpoch(it.value(), Qt::UTC));
+    return stamps;
+}
+
+void AlertEngine::fire(const QString &rule, const Aircraft &aircraft, qint64 nowMs, const std::function<QString()> &title)
+{
+    QString key;
+    key.reserve(rule.size() + 1 + aircraft.hex().size());
+    key.append(rule).append(u'-').append(aircraft.hex());
     const auto last = m_lastAlerted.constFind(key);
-    if (last != m_lastAlerted.constEnd() && last->msecsTo(now) < qint64(cooldownSeconds * 1000))
+    if (last != m_lastAlerted.constEnd() && nowMs - *last < qint64(cooldownSeconds * 1000))
         return;
     // Stamped before posting, whether or not the desktop shows it.
-    m_lastAlerted.insert(key, now);
-    const QString identifier = key + u'-' + shortestDouble(double(now.toMSecsSinceEpoch()) / 1000.0);
+    m_lastAlerted.insert(key, nowMs);
+    const QString identifier = key + u'-' + shortestDouble(double(nowMs) / 1000.0);
+    const QString heading = title();
+    const QString text = body(aircraft);
     if (m_notifier)
-        m_notifier->post(title, body, aircraft.hex(), identifier);
-    emit alerted(Alert{rule, aircraft.hex(), title, body, identifier});
+        m_notifier->post(heading, text, aircraft.hex(), identifier);
+    emit alerted(Alert{rule, aircraft.hex(), heading, text, identifier});
 }

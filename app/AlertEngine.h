@@ -50,18 +50,21 @@ public:
                                                           std::optional<double> missMiles);
     [[nodiscard]] static QString body(const Aircraft &aircraft);
 
-    [[nodiscard]] const QHash<QString, QDateTime> &lastAlerted() const { return m_lastAlerted; }
+    // When each rule last fired for each aircraft, under "rule-hex".
+    [[nodiscard]] QHash<QString, QDateTime> lastAlerted() const;
 
 signals:
     void alerted(const AlertEngine::Alert &alert);
 
 private:
-    void fire(const QString &rule, const Aircraft &aircraft, const QString &title, const QString &body);
+    // Posts unless the rule fired for this aircraft within the cooldown; the title is made only then.
+    void fire(const QString &rule, const Aircraft &aircraft, qint64 nowMs, const std::function<QString()> &title);
 
     DefaultsStore *m_defaults;
     DesktopNotifier *m_notifier;
     std::function<QDateTime()> m_now;
-    QHash<QString, QDateTime> m_lastAlerted;
+    // Milliseconds since the epoch: the cooldown test runs for every match of every refresh.
+    QHash<QString, qint64> m_lastAlerted;
 };
 
 Q_DECLARE_METATYPE(AlertEngine::Alert)

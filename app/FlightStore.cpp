@@ -4,6 +4,7 @@
 #include "AlertEngine.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
+#include "HexKey.h"
 #include "PhotoAPI.h"
 #include "RouteAPI.h"
 #include "SharedState.h"
@@ -11,7 +12,9 @@
 #include "TextRules.h"
 #include "WidgetReloader.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace {
 
@@ -144,25 +147,65 @@ int FlightStore::trailLength() const
 void FlightStore::rebuildTrails()
 {
     const qsizetype length = trailLength();
+    const auto extend = [length](Trail &trail, const Coordinate &position) {
+        const bool moved = trail.isEmpty() ||
+                           std::abs(trail.constLast().latitude - position.latitude) > samePositionDegrees ||
+                           std::abs(trail.constLast().longitude - position.longitude) > samePositionDegrees;
+        if (moved)
+            trail.append(position);
+        if (trail.size() > length)
+            trail.remove(0, trail.size() - length);
+    };
+
+    // The usual refresh: every address plain and listed once. The trails are then kept in place, one
+    // lookup an aircraft, and those of aircraft gone (or without a position now) are dropped.
+    std::vector<quint64> listed;
+    listed.reserve(size_t(m_aircraft.size()));
+    bool plain = true;
+    for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
+        if (!aircraft.coordinate())
+            continue;
+        const auto key = HexKey::packed(aircraft.hex());
+        if (!key) {
+            plain = false;
+            break;
+        }
+        listed.push_back(*key);
+    }
+    std::sort(listed.begin(), listed.end());
+    if (plain && std::adjacent_find(listed.cbegin(), listed.cend()) == listed.cend()) {
+        for (auto it = m_trails.begin(); it != m_trails.end();) {
+            const auto key = HexKey::packed(it.key());
+            if (key && std::binary_search(listed.cbegin(), listed.cend(), *key))
+                ++it;
+            else
+                it = m_trails.erase(it);
+        }
+        for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
+            if (const auto position = aircraft.coordinate())
+                extend(m_trails[aircraft.hex()], *position);
+        }
+        emit trailsChanged();
+        return;
+    }
+
     QHash<QString, Trail> rebuilt;
     rebuilt.reserve(m_aircraft.size());
     // Backwards: of an address the feed sent twice, the later row is the one kept, and it must find the
-    // old trail still there. Each address is taken over once, so taking the old trail out reuses its
-    // storage.
+    // old trail still there. Each address is taken over once, so moving the old trail out reuses its
+    // storage; the old table is dropped afterwards.
     for (auto it = m_aircraft.crbegin(); it != m_aircraft.crend(); ++it) {
         const Aircraft &aircraft = *it;
         const auto position = aircraft.coordinate();
-        if (!position || rebuilt.contains(aircraft.hex()))
+        if (!position)
             continue;
-        Trail trail = m_trails.take(aircraft.hex());
-        const bool moved = trail.isEmpty() ||
-                           std::abs(trail.constLast().latitude - position->latitude) > samePositionDegrees ||
-                           std::abs(trail.constLast().longitude - position->longitude) > samePositionDegrees;
-        if (moved)
-            trail.append(*position);
-        if (trail.size() > length)
-            trail.remove(0, trail.size() - length);
-        rebuilt.insert(aircraft.hex(), std::move(trail));
+        const qsizetype before = rebuilt.size();
+        Trail &trail = rebuilt[aircraft.hex()];
+        if (rebuilt.size() == before)
+            continue;
+        if (const auto old = m_trails.find(aircraft.hex()); old != m_trails.end())
+            trail = std::move(*old);
+        extend(trail, *position);
     }
     m_trails = std::move(rebuilt);
     emit trailsChanged();

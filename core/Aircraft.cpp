@@ -6,11 +6,28 @@
 #include "TextRules.h"
 
 #include <QVariantMap>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 namespace {
+
+// Up to four ASCII characters, upper-cased, as one number; absent for anything else.
+std::optional<quint32> packedTypeCode(QStringView code)
+{
+    if (code.size() > 4)
+        return std::nullopt;
+    quint32 packed = 0;
+    for (const QChar character : code) {
+        const char16_t unit = character.unicode();
+        if (unit == 0 || unit >= 0x80)
+            return std::nullopt;
+        packed = packed << 8 | (unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit);
+    }
+    return packed;
+}
 
 constexpr double milesPerNauticalMile = 1.15078;
 constexpr double kilometresPerNauticalMile = 1.852;
@@ -118,8 +135,11 @@ std::optional<QString> Aircraft::verticalText(const QLocale &locale) const
 
 bool Aircraft::isEmergency() const
 {
-    if (m_squawk && (*m_squawk == u"7500" || *m_squawk == u"7600" || *m_squawk == u"7700"))
-        return true;
+    if (m_squawk && m_squawk->size() == 4) {
+        const QStringView squawk(*m_squawk);
+        if (squawk == u"7500" || squawk == u"7600" || squawk == u"7700")
+            return true;
+    }
     return m_emergency && *m_emergency != u"none";
 }
 
@@ -157,7 +177,20 @@ bool Aircraft::isHelicopter() const
 {
     if (m_category && *m_category == helicopterCategory)
         return true;
-    return m_typeCode && helicopterTypes().contains(m_typeCode->toUpper());
+    if (!m_typeCode)
+        return false;
+    // Every listed code is up to four ASCII letters and digits: those are compared as one number each,
+    // which the alert rules do for every aircraft of every refresh.
+    static const std::vector<quint32> packedTypes = [] {
+        std::vector<quint32> packed;
+        for (const QString &code : helicopterTypes())
+            packed.push_back(*packedTypeCode(code));
+        std::sort(packed.begin(), packed.end());
+        return packed;
+    }();
+    if (const auto packed = packedTypeCode(*m_typeCode))
+        return std::binary_search(packedTypes.cbegin(), packedTypes.cend(), *packed);
+    return m_typeCode->size() <= 4 && helicopterTypes().contains(m_typeCode->toUpper());
 }
 
 QString Aircraft::compassPoint(double bearingDegrees)

@@ -334,6 +334,19 @@ void AlertEngineTest::rules_data()
                       QJsonObject{{u"hex"_qs, u"a00005"_qs}, {u"flight"_qs, u"DLH4"_qs}}}
         << QStringList{u"watch|a00001|Watchlist: DLH4AX"_qs, u"watch|a00002|Watchlist: n123ab"_qs,
                        u"watch|3c6444|Watchlist: 3C6444"_qs};
+    // Short plain identities and long or non-ASCII ones are looked up differently: both must be found,
+    // and a prefix of a long entry must not be.
+    QTest::newRow("watchlist: long, accented and eight-character entries")
+        << plus({{u"alertEmergency"_qs, false},
+                 {u"alertWatchlist"_qs, u"verylongcallsign1, stra\u00dfe, abcdefgh, abcdefg"_qs}})
+        << QJsonArray{QJsonObject{{u"hex"_qs, u"b00001"_qs}, {u"flight"_qs, u"VERYLONGCALLSIGN1"_qs}},
+                      QJsonObject{{u"hex"_qs, u"b00002"_qs}, {u"flight"_qs, u"VERYLONGCALLSIGN"_qs}},
+                      QJsonObject{{u"hex"_qs, u"b00003"_qs}, {u"flight"_qs, u"Stra\u00dfe"_qs}},
+                      QJsonObject{{u"hex"_qs, u"b00004"_qs}, {u"r"_qs, u"ABCDEFGH"_qs}},
+                      QJsonObject{{u"hex"_qs, u"b00005"_qs}, {u"r"_qs, u"ABCDEFGHI"_qs}},
+                      QJsonObject{{u"hex"_qs, u"b00006"_qs}, {u"r"_qs, u"BCDEFG"_qs}}}
+        << QStringList{u"watch|b00001|Watchlist: VERYLONGCALLSIGN1"_qs, u"watch|b00003|Watchlist: Stra\u00dfe"_qs,
+                       u"watch|b00004|Watchlist: ABCDEFGH"_qs};
     QTest::newRow("watchlist of blanks and commas only")
         << plus({{u"alertEmergency"_qs, false}, {u"alertWatchlist"_qs, u" , ,,\t "_qs}})
         << QJsonArray{QJsonObject{{u"hex"_qs, u"a00001"_qs}, {u"flight"_qs, u" "_qs}}} << QStringList{};
@@ -484,6 +497,15 @@ void AlertEngineTest::matches_data()
     QTest::newRow("empty list") << full << QStringList{} << false;
     QTest::newRow("no flight, no registration: hex only")
         << QJsonObject{{u"hex"_qs, u"abc123"_qs}} << QStringList{u"ABC123"_qs} << true;
+    QTest::newRow("non-ASCII callsign takes the full mapping")
+        << QJsonObject{{u"hex"_qs, u"abc123"_qs}, {u"flight"_qs, u"stra\u00dfe"_qs}} << QStringList{u"STRASSE"_qs} << true;
+    QTest::newRow("no-break space trimmed")
+        << QJsonObject{{u"hex"_qs, u"abc123"_qs}, {u"flight"_qs, u"\u00a0ual1\u00a0"_qs}} << QStringList{u"UAL1"_qs} << true;
+    QTest::newRow("accented registration")
+        << QJsonObject{{u"hex"_qs, u"abc123"_qs}, {u"r"_qs, u"\u00e9-abc"_qs}} << QStringList{u"\u00c9-ABC"_qs} << true;
+    QTest::newRow("text longer than a short buffer")
+        << QJsonObject{{u"hex"_qs, u"abc123"_qs}, {u"r"_qs, u"abcdefghijklmnopqrstuvwxyz"_qs}}
+        << QStringList{u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_qs} << true;
     QTest::newRow("a missing flight matches no empty entry")
         << QJsonObject{{u"hex"_qs, u"abc123"_qs}} << QStringList{QString()} << false;
 }

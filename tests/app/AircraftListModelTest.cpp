@@ -260,6 +260,48 @@ private slots:
         }
     }
 
+    // Rows keep their place unless they must move: an aircraft that leaves the top of a long list for
+    // its end is one move, not a move of every row it passes.
+    void fewestMoves_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::addColumn<int>("moves");
+
+        QStringList longList;
+        for (int i = 0; i < 60; ++i)
+            longList.append(u"r%1"_qs.arg(i));
+        QStringList firstToEnd = longList.mid(1);
+        firstToEnd.append(longList.first());
+        QStringList endToFirst = longList.mid(0, longList.size() - 1);
+        endToFirst.prepend(longList.last());
+        QStringList twoCrossing = longList;
+        twoCrossing.move(3, 50);
+        twoCrossing.move(40, 5);
+
+        QTest::newRow("the same") << u"a b c"_qs << u"a b c"_qs << 0;
+        QTest::newRow("swap") << u"a b"_qs << u"b a"_qs << 1;
+        QTest::newRow("reversed") << u"a b c d e"_qs << u"e d c b a"_qs << 4;
+        QTest::newRow("inserted and removed only") << u"a b c"_qs << u"x a c y"_qs << 0;
+        QTest::newRow("first of sixty to the end") << longList.join(u' ') << firstToEnd.join(u' ') << 1;
+        QTest::newRow("last of sixty to the top") << longList.join(u' ') << endToFirst.join(u' ') << 1;
+        QTest::newRow("two cross in sixty") << longList.join(u' ') << twoCrossing.join(u' ') << 2;
+    }
+
+    void fewestMoves()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QFETCH(int, moves);
+
+        AircraftListModel model;
+        model.update(rowsOf(before));
+        Mirror mirror(model);
+        model.update(rowsOf(after));
+        QCOMPARE(mirror.hexes(), hexesOf(rowsOf(after)));
+        QCOMPARE(mirror.moves(), moves);
+    }
+
     void roles()
     {
         AircraftListModel model;

@@ -728,6 +728,23 @@ private slots:
         QCOMPARE(store.trails().value(u"b"_qs).size(), 4);
     }
 
+    // Addresses that don't fit the usual short form keep their trails like any other, beside those that
+    // do, and a trail goes with its aircraft.
+    void unusualAddressesKeepTheirTrails()
+    {
+        using R = StoreHarness;
+        const QString longHex = u"~tisb-00042"_qs;
+        FlightStore &store = storeWith({R::row(longHex, 45.0, -122.0, 1), R::row(u"a"_qs, 46.0, -122.0, 2)});
+        QVERIFY(applyRows({R::row(longHex, 45.1, -122.0, 1), R::row(u"a"_qs, 46.1, -122.0, 2)})
+                    .startsWith(u"applied"_qs));
+        QCOMPARE(pointsOf(store.trails().value(longHex)),
+                 QList<QPointF>({QPointF(45.0, -122.0), QPointF(45.1, -122.0)}));
+        QCOMPARE(store.trails().value(u"a"_qs).size(), 2);
+        QVERIFY(applyRows({R::row(u"a"_qs, 46.2, -122.0, 2)}).startsWith(u"applied"_qs));
+        QCOMPARE(sortedKeys(store.trails()), QStringList({u"a"_qs}));
+        QCOMPARE(store.trails().value(u"a"_qs).size(), 3);
+    }
+
     // The feed may send one address twice; each row continues the trail as it stood before this refresh,
     // and the later row is the one kept.
     void addressSentTwiceContinuesItsTrail()
