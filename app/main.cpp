@@ -1,13 +1,17 @@
+#include "AppShell.h"
 #include "Appearance.h"
+#include "DesktopNotifier.h"
 #include "FlightStore.h"
 #include "HttpClient.h"
 #include "LiveStateLock.h"
 #include "SingleInstance.h"
 #include "SymbolImageProvider.h"
+#include "TrayIcon.h"
 
 #include <QApplication>
 #include <QDirIterator>
 #include <QFile>
+#include <QIcon>
 #include <QMessageBox>
 #include <QQmlApplicationEngine>
 #include <QQmlNetworkAccessManagerFactory>
@@ -16,9 +20,11 @@
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QTextStream>
+#include <QTimer>
 #include <QUrl>
 
 Q_IMPORT_QML_PLUGIN(Aerolume_MapPlugin)
+Q_IMPORT_QML_PLUGIN(Aerolume_CorePlugin)
 
 namespace {
 
@@ -83,19 +89,6 @@ QStringList urlArguments(const QStringList &arguments)
     return urls;
 }
 
-void raise(QQmlApplicationEngine &engine, const QString &token)
-{
-    for (QObject *root : engine.rootObjects()) {
-        if (auto *window = qobject_cast<QQuickWindow *>(root)) {
-            if (!token.isEmpty())
-                qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-            window->show();
-            window->raise();
-            window->requestActivate();
-        }
-    }
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -105,6 +98,7 @@ int main(int argc, char *argv[])
     QApplication::setApplicationDisplayName(u"Aerolume"_qs);
     QApplication::setApplicationVersion(QStringLiteral(AEROLUME_VERSION));
     QApplication::setDesktopFileName(u"aerolume"_qs);
+    QApplication::setWindowIcon(QIcon::fromTheme(u"aerolume"_qs, QIcon(u":/icons/aerolume.svg"_qs)));
     QQuickStyle::setStyle(u"Fusion"_qs);
 
     const QStringList arguments = app.arguments().mid(1);
@@ -132,13 +126,24 @@ int main(int argc, char *argv[])
         return 1;
     }
 
-    QObject::connect(&instance, &SingleInstance::activated, &app,
-                     [&engine](const QStringList &, const QString &token) { raise(engine, token); });
+    // With every window closed Aerolume goes on watching: polling, alerts, the logbook and audio.
+    QApplication::setQuitOnLastWindowClosed(false);
+    AppShell shell(&engine);
+    shell.attach(&instance);
     QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &app,
                      [] { QCoreApplication::exit(1); }, Qt::QueuedConnection);
     // The store exists before any window, so polling runs whatever the windows do.
     (void)FlightStore::shared();
     (void)Appearance::shared();
     engine.load(mainUrl);
+    shell.attach(DesktopNotifier::shared());
+    TrayIcon tray(&shell);
+    tray.show();
+    shell.finishLaunching();
+    // URLs of the first launch arrive like those of later ones, once the event loop runs.
+    QTimer::singleShot(0, &shell, [&shell, urls = urlArguments(arguments)] {
+        for (const QString &url : urls)
+            shell.handleGetURL(url);
+    });
     return app.exec();
 }

@@ -42,6 +42,21 @@ QString fallbackFeedName()
     return fromEnvironment("AEROLUME_FALLBACK_FEED_NAME", u"adsb.fi"_qs);
 }
 
+QString routeServiceName()
+{
+    return u"adsbdb"_qs;
+}
+
+QString photoServiceName()
+{
+    return u"Planespotters.net"_qs;
+}
+
+QString towerFeedsName()
+{
+    return u"LiveATC.net"_qs;
+}
+
 QString routeURL()
 {
     return baseAddress("AEROLUME_ROUTE_URL", u"https://api.adsbdb.com"_qs);

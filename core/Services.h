@@ -15,14 +15,18 @@ namespace Services {
 [[nodiscard]] QString primaryFeedName();
 [[nodiscard]] QString fallbackFeedName();
 
-// The route and photo lookup services.
+// The route and photo lookup services, and the names they are credited by.
 [[nodiscard]] QString routeURL();
 [[nodiscard]] QString photoURL();
+[[nodiscard]] QString routeServiceName();
+[[nodiscard]] QString photoServiceName();
 
 // The track viewer (its page takes "/?icao=HEX").
 [[nodiscard]] QString globeViewerURL();
 // The directory's direct streams, and the domain every one of its hosts ends with.
 [[nodiscard]] QString streamURL();
 [[nodiscard]] QString towerFeedsDomain();
+// The name the stream directory is credited by.
+[[nodiscard]] QString towerFeedsName();
 
 } // namespace Services

@@ -12,6 +12,7 @@ namespace {
 const QHash<QString, QString> &table()
 {
     static const QHash<QString, QString> files{
+        {u"accessibility"_qs, u"outline-accessible.svg"_qs},
         {u"airplane"_qs, u"filled-plane.svg"_qs},
         {u"airplane.circle.fill"_qs, u"filled-plane-tilt.svg"_qs},
         {u"airplane.departure"_qs, u"filled-plane-departure.svg"_qs},

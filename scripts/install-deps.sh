@@ -10,8 +10,9 @@ packages=(
     qml6-module-qtquick-window qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qttest
     libgl-dev libsimdjson-dev libgtest-dev libbenchmark-dev qt6-svg-dev
     qt6-positioning-dev qml6-module-qtpositioning libqt6positioning6-plugins qt6-charts-dev qml6-module-qtcharts
-    clang libclang-rt-14-dev dbus curl
+    clang libclang-rt-14-dev dbus curl xvfb
     qt6-multimedia-dev gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-pulseaudio pulseaudio
+    appstream desktop-file-utils dpkg-dev xdg-utils qml6-module-qt-labs-platform
 )
 
 missing=()

@@ -219,6 +219,42 @@ Pane {
                     Accessible.role: Accessible.StaticText
                     Accessible.name: qsTr("Status: %1").arg(text)
                 }
+                // News of a newer release; the dialog it opens takes it away.
+                AbstractButton {
+                    id: updateBanner
+                    objectName: "updateBanner"
+                    visible: UpdaterModel.updateAvailable
+                    text: UpdaterModel.availableVersion.length > 0
+                          ? qsTr("%1 available").arg(UpdaterModel.availableVersion) : qsTr("Update available")
+                    padding: 0
+                    hoverEnabled: true
+                    focusPolicy: Qt.StrongFocus
+                    contentItem: RowLayout {
+                        spacing: 4
+                        SymbolIcon {
+                            name: "arrow.down.circle.fill"
+                            tint: Theme.accent
+                            size: 12
+                            Layout.preferredWidth: size
+                            Layout.preferredHeight: size
+                        }
+                        Label {
+                            text: updateBanner.text
+                            font.pixelSize: 11
+                            font.underline: updateBanner.hovered || updateBanner.visualFocus
+                            color: Theme.accent
+                            Accessible.ignored: true
+                        }
+                    }
+                    background: null
+                    onClicked: UpdateDialogPresenter.checkForUpdates()
+                    ToolTip.visible: hovered
+                    ToolTip.text: qsTr("A new version of Aerolume is ready — click to install")
+                    Accessible.role: Accessible.Button
+                    Accessible.name: text
+                    Accessible.description: ToolTip.text
+                    Accessible.onPressAction: clicked()
+                }
             }
         }
     }

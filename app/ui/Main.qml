@@ -26,6 +26,10 @@ ApplicationWindow {
     palette.placeholderText: Theme.tertiaryText
     palette.mid: Theme.separator
 
+    menuBar: AppMenuBar {
+        window: window
+    }
+
     ContentState {
         id: contentState
         store: FlightStore
@@ -140,11 +144,82 @@ ApplicationWindow {
                 text: qsTr("Logbook")
                 icon.source: Theme.symbol("chart.bar", Theme.text)
                 display: AbstractButton.TextBesideIcon
-                onClicked: window.openLogbook()
+                onClicked: AppShell.openWindow("logbook")
                 ToolTip.visible: hovered
                 ToolTip.text: qsTr("Sighting statistics")
                 Accessible.name: text
                 Accessible.onPressAction: clicked()
+            }
+            ToolButton {
+                id: legendButton
+                objectName: "legendButton"
+                text: qsTr("Legend")
+                icon.source: Theme.symbol("questionmark.circle", Theme.text)
+                display: AbstractButton.TextBesideIcon
+                checked: legendPopover.visible
+                onClicked: legendPopover.visible ? legendPopover.close() : legendPopover.open()
+                ToolTip.visible: hovered && !legendPopover.visible
+                ToolTip.text: qsTr("What the icons and colors mean")
+                Accessible.name: text
+                Accessible.onPressAction: clicked()
+
+                Popup {
+                    id: legendPopover
+                    objectName: "legendPopover"
+                    y: legendButton.height + 4
+                    x: Math.round((legendButton.width - width) / 2)
+                    margins: 8
+                    width: 360
+                    padding: 16
+                    focus: true
+                    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutsideParent
+                    background: Rectangle {
+                        color: Theme.background
+                        border.color: Theme.separator
+                        radius: 10
+                    }
+                    contentItem: ColumnLayout {
+                        spacing: 14
+                        Label {
+                            text: qsTr("Legend")
+                            font.pixelSize: 14
+                            font.bold: true
+                            color: Theme.text
+                            Accessible.role: Accessible.Heading
+                            Accessible.name: text
+                        }
+                        AppLegend {
+                            objectName: "popoverLegend"
+                            Layout.fillWidth: true
+                        }
+                        Rectangle {
+                            Layout.fillWidth: true
+                            implicitHeight: 1
+                            color: Theme.separator
+                        }
+                        AbstractButton {
+                            id: fullGuide
+                            objectName: "fullGuideButton"
+                            text: qsTr("Full guide in Aerolume Help")
+                            focusPolicy: Qt.StrongFocus
+                            contentItem: Text {
+                                text: fullGuide.text
+                                font.pixelSize: 11
+                                font.underline: fullGuide.hovered || fullGuide.activeFocus
+                                color: Theme.accent
+                            }
+                            onClicked: {
+                                legendPopover.close()
+                                window.openHelp()
+                            }
+                            Keys.onReturnPressed: clicked()
+                            Keys.onEnterPressed: clicked()
+                            Accessible.role: Accessible.Link
+                            Accessible.name: text
+                            Accessible.onPressAction: clicked()
+                        }
+                    }
+                }
             }
             ToolButton {
                 text: qsTr("Home Location")
@@ -180,20 +255,12 @@ ApplicationWindow {
         }
     }
 
-    // The one Logbook window, made at its first opening; closing only hides it.
-    property LogbookWindow logbookWindow: null
+    // Opening a window from outside (a URL, a notification, the tray) makes one more of these.
+    Component.onCompleted: AppShell.mainWindowAppeared()
 
-    function openLogbook() {
-        if (!logbookWindow)
-            logbookWindow = logbookComponent.createObject(null)
-        logbookWindow.show()
-        logbookWindow.raise()
-        logbookWindow.requestActivate()
-    }
-
-    Component {
-        id: logbookComponent
-        LogbookWindow {}
+    // Aerolume Help, one window for the whole application.
+    function openHelp() {
+        AppShell.openWindow("help")
     }
 
     Shortcut {

@@ -4,6 +4,7 @@
 #include "DefaultsStore.h"
 #include "FlightStore.h"
 #include "SightingLog.h"
+#include "UpdaterModel.h"
 
 #include <QQmlEngine>
 #include <QtQml/qqmlregistration.h>
@@ -59,6 +60,17 @@ struct SightingLogForeign
 
 public:
     static SightingLog *create(QQmlEngine *, QJSEngine *) { return sharedForQml<SightingLog>(); }
+};
+
+struct UpdaterModelForeign
+{
+    Q_GADGET
+    QML_FOREIGN(UpdaterModel)
+    QML_NAMED_ELEMENT(UpdaterModel)
+    QML_SINGLETON
+
+public:
+    static UpdaterModel *create(QQmlEngine *, QJSEngine *) { return sharedForQml<UpdaterModel>(); }
 };
 
 // Read-only types that QML meets as property values.

@@ -172,6 +172,8 @@ private slots:
 
     void appcastOffersTheConfiguredVersion_data();
     void appcastOffersTheConfiguredVersion();
+    void appcastModesSwitchWhileRunning_data();
+    void appcastModesSwitchWhileRunning();
 
     void faultsArePerSource_data();
     void faultsArePerSource();
@@ -1128,6 +1130,69 @@ void SkySimServicesTest::appcastOffersTheConfiguredVersion()
     QCOMPARE(post(*sky, u"/control/update"_qs).status, 400);
     QCOMPARE(object(post(*sky, u"/control/reset"_qs).body)[u"update"_qs][u"version"_qs].toString(),
              startVersion);
+}
+
+void SkySimServicesTest::appcastModesSwitchWhileRunning_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("version"); // the offered version afterwards
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<QString>("feed"); // "ok" or "not-xml"
+
+    const QString own = QStringLiteral(AEROLUME_VERSION);
+    QTest::newRow("newer") << u"mode=newer"_qs << 200 << UpdateOffer::nextVersion(own) << u"none"_qs << u"newer"_qs
+                           << u"ok"_qs;
+    QTest::newRow("same") << u"mode=same"_qs << 200 << own << u"none"_qs << u"same"_qs << u"ok"_qs;
+    QTest::newRow("malformed") << u"mode=malformed"_qs << 200 << u"0.5.0"_qs << u"malformed"_qs
+                               << u"malformed"_qs << u"not-xml"_qs;
+    QTest::newRow("slow") << u"mode=slow&delayMs=50"_qs << 200 << u"0.5.0"_qs << u"delay:50"_qs << u"slow"_qs
+                          << u"ok"_qs;
+    QTest::newRow("slow by default") << u"mode=slow"_qs << 200 << u"0.5.0"_qs << u"delay:10000"_qs << u"slow"_qs
+                                     << QString();
+    QTest::newRow("unknown mode") << u"mode=later"_qs << 400 << u"0.5.0"_qs << u"malformed"_qs
+                                  << u"malformed"_qs << QString();
+    QTest::newRow("bad delay") << u"mode=slow&delayMs=soon"_qs << 400 << u"0.5.0"_qs << u"malformed"_qs
+                               << u"malformed"_qs << QString();
+    QTest::newRow("nothing asked") << QString() << 400 << u"0.5.0"_qs << u"malformed"_qs << u"malformed"_qs
+                                   << QString();
+}
+
+// Each mode replaces what the one before left: a healthy feed again after a broken one.
+void SkySimServicesTest::appcastModesSwitchWhileRunning()
+{
+    QFETCH(QString, query);
+    QFETCH(int, status);
+    QFETCH(QString, version);
+    QFETCH(QString, fault);
+    QFETCH(QString, mode);
+    QFETCH(QString, feed);
+    SkySimOptions options = frozenOptions();
+    options.updateVersion = u"0.5.0"_qs;
+    const auto sky = startSky(options);
+    QCOMPARE(post(*sky, u"/control/update?mode=malformed"_qs).status, 200);
+
+    const Answer changed = post(*sky, u"/control/update?"_qs + query);
+    QCOMPARE(changed.status, status);
+    const QJsonObject state = object(get(*sky, u"/control/state"_qs).body);
+    QCOMPARE(state[u"update"_qs][u"version"_qs].toString(), version);
+    QCOMPARE(state[u"update"_qs][u"mode"_qs].toString(), mode);
+    QCOMPARE(state[u"sources"_qs][u"update"_qs][u"fault"_qs].toString(), fault);
+    if (feed.isEmpty())
+        return;
+    const Answer answer = get(*sky, u"/appcast.xml"_qs);
+    QCOMPARE(answer.status, 200);
+    QXmlStreamReader xml(answer.body);
+    QString first;
+    while (!xml.atEnd()) {
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == u"version" &&
+            xml.namespaceUri().toString() == QString::fromLatin1(sparkle) && first.isEmpty())
+            first = xml.readElementText();
+    }
+    QCOMPARE(xml.hasError() ? u"not-xml"_qs : u"ok"_qs, feed);
+    if (feed == u"ok")
+        QCOMPARE(first, version);
 }
 
 void SkySimServicesTest::faultsArePerSource_data()

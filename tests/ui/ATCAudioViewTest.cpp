@@ -232,9 +232,10 @@ private slots:
 
     void toolbarItemsInOrder()
     {
-        const QStringList labels{u"Pause"_qs, u"ATC Audio"_qs, u"Logbook"_qs, u"Home Location"_qs};
+        const QStringList labels{u"Pause"_qs, u"ATC Audio"_qs, u"Logbook"_qs, u"Legend"_qs, u"Home Location"_qs};
         const QStringList tips{u"Pause live updates"_qs, u"Listen to live air traffic control"_qs,
-                               u"Sighting statistics"_qs, u"Change home location"_qs};
+                               u"Sighting statistics"_qs, u"What the icons and colors mean"_qs,
+                               u"Change home location"_qs};
         QQuickItem *bar = window()->property("header").value<QQuickItem *>();
         QVERIFY(bar);
         QList<QQuickItem *> buttons;

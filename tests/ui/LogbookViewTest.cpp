@@ -5,6 +5,7 @@
 #include "SightingLog.h"
 #include "SymbolImageProvider.h"
 
+#include "ItemTexts.h"
 #include <QBarCategoryAxis>
 #include <QBarSet>
 #include <QCategoryAxis>
@@ -110,18 +111,6 @@ Aircraft plane(const QString &hex, const QString &typeCode)
     if (!decoded.ok())
         qFatal("bad test row: %s", qPrintable(decoded.error()));
     return decoded.value();
-}
-
-// Every visible text of a subtree, in the order the items stand.
-void collectTexts(QQuickItem *item, QStringList &texts)
-{
-    if (!item || !item->isVisible())
-        return;
-    const QVariant text = item->property("text");
-    if (text.isValid() && !text.toString().isEmpty())
-        texts.append(text.toString());
-    for (QQuickItem *child : item->childItems())
-        collectTexts(child, texts);
 }
 
 } // namespace
@@ -535,7 +524,7 @@ private slots:
                 Opened opened = open(file);
                 save(opened.window.get(), u"logbook-%1-%2.png"_qs.arg(name, appearance));
                 QStringList texts;
-                collectTexts(opened.window->contentItem(), texts);
+                ItemTexts::collect(opened.window->contentItem(), texts);
                 QVERIFY2(
                     texts.contains(
                         u"Counts are unique aircraft seen within your radius each day, while Aerolume is running."_qs),

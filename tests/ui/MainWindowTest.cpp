@@ -3,6 +3,7 @@
 #include "LoopbackHttpServer.h"
 #include "SymbolImageProvider.h"
 
+#include "ItemTexts.h"
 #include <QDir>
 #include <QQmlApplicationEngine>
 #include <QtQml/qqmlextensionplugin.h>
@@ -17,25 +18,6 @@
 Q_IMPORT_QML_PLUGIN(Aerolume_MapPlugin)
 
 namespace {
-
-// Every text the window shows to a person or a screen reader, gathered from the item tree.
-void collectTexts(QQuickItem *item, QStringList &texts)
-{
-    if (!item || !item->isVisible())
-        return;
-    const QVariant text = item->property("text");
-    if (text.isValid() && !text.toString().isEmpty())
-        texts.append(text.toString());
-    for (QQuickItem *child : item->childItems())
-        collectTexts(child, texts);
-}
-
-QStringList windowTexts(QQuickWindow *window)
-{
-    QStringList texts;
-    collectTexts(window->contentItem(), texts);
-    return texts;
-}
 
 const QByteArray traffic =
     R"({"ac":[{"hex":"a1b2c3","flight":"ASA512  ","r":"N512AS","t":"B739","alt_baro":12500,"gs":320,"track":90,"lat":47.7,"lon":-122.3,"dst":4.2,"dir":10},)"
@@ -102,7 +84,7 @@ private slots:
     void firstRunShowsTheSetup()
     {
         QVERIFY(!FlightStore::shared()->home());
-        const QStringList texts = windowTexts(window());
+        const QStringList texts = ItemTexts::ofWindow(window());
         QVERIFY2(texts.contains(u"Welcome to Aerolume"_qs), qPrintable(texts.join(u" | ")));
         QVERIFY(texts.contains(u"Start Watching the Sky"_qs));
         QVERIFY(texts.contains(u"Use this computer's location"_qs));
@@ -116,11 +98,11 @@ private slots:
         QSignalSpy applied(FlightStore::shared(), &FlightStore::refreshApplied);
         FlightStore::shared()->setHomeLocation(47.6062, -122.3321, u"Seattle"_qs);
         QVERIFY(applied.wait());
-        QTRY_VERIFY(windowTexts(window()).contains(u"Live via adsb.lol"_qs));
+        QTRY_VERIFY(ItemTexts::ofWindow(window()).contains(u"Live via adsb.lol"_qs));
         // Rows are made on the next frame.
-        QTRY_VERIFY(windowTexts(window()).contains(u"ASA512"_qs));
+        QTRY_VERIFY(ItemTexts::ofWindow(window()).contains(u"ASA512"_qs));
         save(u"live-list.png"_qs);
-        const QStringList texts = windowTexts(window());
+        const QStringList texts = ItemTexts::ofWindow(window());
         QVERIFY2(texts.contains(u"ASA512"_qs) && texts.contains(u"RCH440"_qs) && texts.contains(u"N44RH"_qs),
                  qPrintable(texts.join(u" | ")));
         QVERIFY(texts.contains(u"EMERG"_qs) && texts.contains(u"MIL"_qs));
@@ -131,8 +113,8 @@ private slots:
 
         // A filter narrows the list and the bar counts.
         FlightStore::shared()->setFilterActive(u"military"_qs, true);
-        QTRY_VERIFY(windowTexts(window()).contains(u"1 of 3"_qs));
-        QVERIFY(windowTexts(window()).contains(u"Military"_qs));
+        QTRY_VERIFY(ItemTexts::ofWindow(window()).contains(u"1 of 3"_qs));
+        QVERIFY(ItemTexts::ofWindow(window()).contains(u"Military"_qs));
         FlightStore::shared()->setActiveFilters({});
     }
 };

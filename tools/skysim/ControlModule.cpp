@@ -4,6 +4,7 @@
 #include "SimClock.h"
 #include "SimulatedSky.h"
 #include "SourceBoard.h"
+#include "UpdateFeedModule.h"
 #include "UpdateOffer.h"
 
 #include <QJsonArray>
@@ -120,9 +121,57 @@ SkySimReply ControlModule::setCount(const SkySimRequest &request)
 
 SkySimReply ControlModule::setUpdate(const SkySimRequest &request)
 {
-    if (!m_offer.setVersion(parameter(request, u"version"_qs)))
+    const bool hasMode = request.query.hasQueryItem(u"mode"_qs);
+    const bool hasVersion = request.query.hasQueryItem(u"version"_qs);
+    if (!hasMode && !hasVersion)
+        return error(u"give mode=newer|same|malformed|slow or version=V"_qs);
+    const QString version = parameter(request, u"version"_qs);
+    if (hasVersion && !UpdateOffer::isVersion(version))
         return error(u"version must be one to four whole numbers joined by dots, e.g. 0.2.0"_qs);
+    // Checked whole before anything changes, so a bad request leaves the feed as it was.
+    std::optional<QString> offered;
+    std::optional<FaultPlan> fault;
+    if (hasMode) {
+        const QString mode = parameter(request, u"mode"_qs);
+        if (mode == u"newer") {
+            offered = UpdateOffer::nextVersion(UpdateOffer::programVersion());
+            fault = FaultPlan();
+        } else if (mode == u"same") {
+            offered = UpdateOffer::programVersion();
+            fault = FaultPlan();
+        } else if (mode == u"malformed") {
+            fault = FaultPlan::parse(u"malformed");
+        } else if (mode == u"slow") {
+            const QString delay = request.query.hasQueryItem(u"delayMs"_qs)
+                                      ? parameter(request, u"delayMs"_qs)
+                                      : QString::number(slowUpdateMs);
+            fault = FaultPlan::parse(QString(u"delay:"_qs + delay));
+            if (!fault)
+                return error(u"delayMs must be a whole number from 0 to %1"_qs.arg(FaultPlan::maxDelayMs));
+        } else {
+            return error(u"unknown update mode \"%1\"; known: newer, same, malformed, slow"_qs.arg(mode));
+        }
+    }
+    if (hasVersion)
+        offered = version;
+    if (offered)
+        m_offer.setVersion(*offered);
+    if (fault)
+        m_sources.setFault(UpdateFeedModule::source(), *fault);
     return stateReply();
+}
+
+QString ControlModule::updateMode() const
+{
+    const FaultPlan fault = m_sources.fault(UpdateFeedModule::source());
+    if (fault.kind() == FaultPlan::Kind::Malformed)
+        return u"malformed"_qs;
+    if (fault.kind() == FaultPlan::Kind::Delay)
+        return u"slow"_qs;
+    if (fault.kind() != FaultPlan::Kind::None)
+        return u"fault"_qs;
+    const int order = UpdateOffer::compare(m_offer.version(), UpdateOffer::programVersion());
+    return order > 0 ? u"newer"_qs : order == 0 ? u"same"_qs : u"older"_qs;
 }
 
 SkySimReply ControlModule::reset()
@@ -159,7 +208,8 @@ QByteArray ControlModule::state() const
                             {u"spreadNM"_qs, m_sky.spreadNM()},
                             {u"clock"_qs, clock},
                             {u"areas"_qs, areas},
-                            {u"update"_qs, QJsonObject{{u"version"_qs, m_offer.version()}}},
+                            {u"update"_qs, QJsonObject{{u"version"_qs, m_offer.version()},
+                                                       {u"mode"_qs, updateMode()}}},
                             {u"sources"_qs, sources}};
     return QJsonDocument(state).toJson(QJsonDocument::Compact);
 }
@@ -175,6 +225,11 @@ QString ControlModule::usage()
            "  POST /control/clock?frozen=true|false        stop or restart the clock\n"
            "  POST /control/count?value=N                  aircraft per area, 0-5000\n"
            "  POST /control/update?version=V               the version the update feed offers\n"
+           "  POST /control/update?mode=MODE               the update feed as a test needs it: newer (the\n"
+           "                                              next release after this build's), same (this\n"
+           "                                              build's version), malformed (a feed no reader\n"
+           "                                              accepts), slow (answers after delayMs, default\n"
+           "                                              10000: past Aerolume's 8-second time-out)\n"
            "  POST /control/reset                          faults, count, clock, offered version as at\n"
            "                                              start; areas forgotten\n"
            "Every POST answers with the new state; bad parameters give 400 {\"error\":...}.\n"_qs;

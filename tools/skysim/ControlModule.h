@@ -19,6 +19,10 @@
 //   POST /control/clock?frozen=true|false    stop or restart the clock; may be combined with advance
 //   POST /control/count?value=N              aircraft per area, 0 to 5000
 //   POST /control/update?version=V           the version the update feed offers (digits and dots)
+//   POST /control/update?mode=MODE[&delayMs=MS]
+//        MODE: newer (offers the release after this build's version, feed healthy) | same (offers this
+//        build's version, feed healthy) | malformed (the update source's fault "malformed") | slow (its
+//        fault "delay:MS", default 10000); "update" in the state then also says "mode"
 //   POST /control/reset                      faults, count, clock and offered version as at start,
 //                                            request counts to zero, areas forgotten (the next query
 //                                            centres a new one, unless a centre was fixed at start)
@@ -27,6 +31,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 
 class SimClock;
 class SimulatedSky;
@@ -47,6 +52,9 @@ public:
     // The API in a few lines, for --help.
     [[nodiscard]] static QString usage();
 
+    // How long the update feed's "slow" mode keeps its answer: longer than Aerolume's time-out.
+    static constexpr int slowUpdateMs = 10000;
+
 private:
     [[nodiscard]] SkySimReply setFault(const SkySimRequest &request);
     [[nodiscard]] SkySimReply setClock(const SkySimRequest &request);
@@ -54,6 +62,7 @@ private:
     [[nodiscard]] SkySimReply setUpdate(const SkySimRequest &request);
     [[nodiscard]] SkySimReply reset();
     [[nodiscard]] SkySimReply stateReply() const;
+    [[nodiscard]] QString updateMode() const;
 
     SimulatedSky &m_sky;
     SimClock &m_clock;

@@ -20,7 +20,8 @@ class UpdateOffer;
 //   GET /download/                   the download page, a short HTML page
 // The offered version is --update-version (default 0.1.0, so nothing newer than the first release) and
 // POST /control/update?version=V. Faults of the source "update" apply to the appcast; "malformed" sends
-// it without the sparkle: namespace declared, which no XML reader accepts.
+// it without the sparkle: namespace declared, which no XML reader accepts. POST /control/update?mode=
+// newer|same|malformed|slow sets version and fault together for the four cases an updater meets.
 class UpdateFeedModule : public SkySimModule
 {
 public:

@@ -25,3 +25,32 @@ bool UpdateOffer::isVersion(QStringView text)
     }
     return true;
 }
+
+QString UpdateOffer::programVersion()
+{
+    return QStringLiteral(AEROLUME_VERSION);
+}
+
+QString UpdateOffer::nextVersion(const QString &version)
+{
+    QStringList parts = version.split(u'.');
+    while (parts.size() < 2)
+        parts.append(u"0"_qs);
+    parts[1] = QString::number(parts[1].toLongLong() + 1);
+    for (qsizetype i = 2; i < parts.size(); ++i)
+        parts[i] = u"0"_qs;
+    return parts.join(u'.');
+}
+
+int UpdateOffer::compare(QStringView a, QStringView b)
+{
+    const auto left = a.split(u'.');
+    const auto right = b.split(u'.');
+    for (qsizetype i = 0; i < std::max(left.size(), right.size()); ++i) {
+        const qlonglong x = i < left.size() ? left[i].toLongLong() : 0;
+        const qlonglong y = i < right.size() ? right[i].toLongLong() : 0;
+        if (x != y)
+            return x < y ? -1 : 1;
+    }
+    return 0;
+}

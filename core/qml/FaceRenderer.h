@@ -7,11 +7,14 @@
 #include <QObject>
 #include <QString>
 
+#include <memory>
+
 class QQmlEngine;
 
 // Draws faces into images without a screen: each face in its frame, at twice its point size, the
-// corners outside the rounded frame transparent. Rendering goes through Qt Quick's software renderer,
-// so this must be set up before the process shows any Qt Quick window.
+// corners outside the rounded frame transparent. The widget program renders through Qt Quick's software
+// renderer (set up before the process shows any Qt Quick window); a program that draws its windows on
+// the graphics card, as the application does, gets the same pictures from a window that is never shown.
 class FaceRenderer : public QObject
 {
     Q_OBJECT
@@ -34,6 +37,10 @@ public:
     [[nodiscard]] QString errorString() const { return m_error; }
 
 private:
+    QImage renderUnshown(FaceCatalog::Face face, const SkyEntry &entry);
+    // The face's view on the entry, or null with the error kept.
+    std::unique_ptr<QObject> createFace(FaceCatalog::Face face, const SkyEntry &entry);
+
     QQmlEngine *m_engine;
     QString m_error;
 };

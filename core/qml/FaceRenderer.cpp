@@ -31,6 +31,10 @@ QString FaceRenderer::fileName(FaceCatalog::Face face)
 QImage FaceRenderer::render(FaceCatalog::Face face, const SkyEntry &entry)
 {
     m_error.clear();
+    const bool software = QQuickWindow::graphicsApi() == QSGRendererInterface::Software
+                          || QQuickWindow::sceneGraphBackend() == u"software"_qs;
+    if (!software)
+        return renderUnshown(face, entry);
     const QSizeF points = FaceCatalog::pointSize(face);
 
     QQuickRenderControl control;
@@ -39,16 +43,10 @@ QImage FaceRenderer::render(FaceCatalog::Face face, const SkyEntry &entry)
     window.setGeometry(0, 0, int(points.width()), int(points.height()));
     window.contentItem()->setSize(points);
 
-    QQmlComponent component(m_engine, frameUrl);
-    std::unique_ptr<QObject> object(
-        component.createWithInitialProperties({{u"face"_qs, FaceCatalog::key(face)},
-                                               {u"entry"_qs, QVariant::fromValue(entry)},
-                                               {u"linksEnabled"_qs, false}}));
+    std::unique_ptr<QObject> object = createFace(face, entry);
     auto *item = qobject_cast<QQuickItem *>(object.get());
-    if (!item) {
-        m_error = component.errorString();
+    if (!item)
         return {};
-    }
     item->setParentItem(window.contentItem());
     item->setSize(points);
 
@@ -66,6 +64,47 @@ QImage FaceRenderer::render(FaceCatalog::Face face, const SkyEntry &entry)
     control.endFrame();
     // Items go before the window that shows them.
     object.reset();
+    return image;
+}
+
+std::unique_ptr<QObject> FaceRenderer::createFace(FaceCatalog::Face face, const SkyEntry &entry)
+{
+    QQmlComponent component(m_engine, frameUrl);
+    std::unique_ptr<QObject> object(
+        component.createWithInitialProperties({{u"face"_qs, FaceCatalog::key(face)},
+                                               {u"entry"_qs, QVariant::fromValue(entry)},
+                                               {u"linksEnabled"_qs, false}}));
+    if (!qobject_cast<QQuickItem *>(object.get()))
+        m_error = component.errorString();
+    return object;
+}
+
+QImage FaceRenderer::renderUnshown(FaceCatalog::Face face, const SkyEntry &entry)
+{
+    const QSizeF points = FaceCatalog::pointSize(face);
+    // A window that is never shown renders one frame of its own when grabbed. Its pixel ratio is the
+    // screen's, so the face is drawn scaled by two in a window twice its size.
+    QQuickWindow window;
+    window.setColor(Qt::transparent);
+    window.resize((points * scale).toSize());
+    QQuickItem stage(window.contentItem());
+    stage.setSize(points);
+    stage.setTransformOrigin(QQuickItem::TopLeft);
+    stage.setScale(scale);
+
+    std::unique_ptr<QObject> object = createFace(face, entry);
+    auto *item = qobject_cast<QQuickItem *>(object.get());
+    if (!item)
+        return {};
+    item->setParentItem(&stage);
+    item->setSize(points);
+    QImage image = window.grabWindow();
+    object.reset();
+    if (image.isNull()) {
+        m_error = u"the window could not be grabbed"_qs;
+        return {};
+    }
+    image.setDevicePixelRatio(scale);
     return image;
 }
 
