@@ -1,6 +1,6 @@
 #include "AircraftListModel.h"
 
-#include "HexKey.h"
+#include "PackedText.h"
 
 #include <algorithm>
 #include <utility>
@@ -56,12 +56,12 @@ QString AircraftListModel::hexAt(int row) const
 
 quint64 AircraftListModel::keyOf(const QString &hex)
 {
-    if (const auto packed = HexKey::packed(hex))
+    if (const auto packed = PackedText::address(hex))
         return *packed;
     const auto known = m_otherKeys.constFind(hex);
     if (known != m_otherKeys.cend())
         return *known;
-    const quint64 key = HexKey::unpackedBase + quint64(m_otherKeys.size());
+    const quint64 key = PackedText::addressLimit + quint64(m_otherKeys.size());
     m_otherKeys.insert(hex, key);
     return key;
 }

@@ -2,6 +2,7 @@
 
 #include "DefaultsStore.h"
 #include "DesktopNotifier.h"
+#include "PackedText.h"
 #include "TextRules.h"
 
 #include <QSet>
@@ -63,23 +64,6 @@ QStringList AlertEngine::parseWatchlist(const QString &text)
 
 namespace {
 
-// Up to eight ASCII characters (no NUL) as one number: different texts give different numbers, and
-// almost every callsign, registration and address fits, so the watchlist is mostly searched without
-// making or hashing text.
-std::optional<quint64> packedIdentity(QStringView text)
-{
-    if (text.size() > 8)
-        return std::nullopt;
-    quint64 packed = 0;
-    for (const QChar character : text) {
-        const char16_t unit = character.unicode();
-        if (unit == 0 || unit >= 0x80)
-            return std::nullopt;
-        packed = packed << 8 | unit;
-    }
-    return packed;
-}
-
 // The watchlist's entries (upper case already) ready for thousands of lookups a refresh.
 class WatchSet
 {
@@ -87,7 +71,7 @@ public:
     explicit WatchSet(const QStringList &entries)
     {
         for (const QString &entry : entries) {
-            if (const auto key = packedIdentity(entry))
+            if (const auto key = PackedText::pack(entry, 8))
                 m_packed.push_back(*key);
             else
                 m_others.insert(entry);
@@ -106,23 +90,11 @@ public:
             while (!text.isEmpty() && isBlank(text.back().unicode()))
                 text.chop(1);
         }
-        if (text.size() <= 8) {
-            quint64 packed = 0;
-            bool plain = true;
-            for (const QChar character : text) {
-                const char16_t unit = character.unicode();
-                if (unit == 0 || unit >= 0x80) {
-                    plain = false;
-                    break;
-                }
-                packed = packed << 8 | (unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit);
-            }
-            if (plain)
-                return std::binary_search(m_packed.cbegin(), m_packed.cend(), packed);
-        }
+        if (const auto key = PackedText::pack(text, 8, PackedText::LetterCase::Upper))
+            return std::binary_search(m_packed.cbegin(), m_packed.cend(), *key);
         // Long or non-ASCII: the full Unicode mapping, which may also make the text short and plain.
         const QString upper = TextRules::upperCased(text);
-        if (const auto key = packedIdentity(upper))
+        if (const auto key = PackedText::pack(upper, 8))
             return std::binary_search(m_packed.cbegin(), m_packed.cend(), *key);
         return m_others.contains(upper);
     }

@@ -4,7 +4,7 @@
 #include "AlertEngine.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
-#include "HexKey.h"
+#include "PackedText.h"
 #include "PhotoAPI.h"
 #include "RouteAPI.h"
 #include "SharedState.h"
@@ -165,7 +165,7 @@ void FlightStore::rebuildTrails()
     for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
         if (!aircraft.coordinate())
             continue;
-        const auto key = HexKey::packed(aircraft.hex());
+        const auto key = PackedText::address(aircraft.hex());
         if (!key) {
             plain = false;
             break;
@@ -175,7 +175,7 @@ void FlightStore::rebuildTrails()
     std::sort(listed.begin(), listed.end());
     if (plain && std::adjacent_find(listed.cbegin(), listed.cend()) == listed.cend()) {
         for (auto it = m_trails.begin(); it != m_trails.end();) {
-            const auto key = HexKey::packed(it.key());
+            const auto key = PackedText::address(it.key());
             if (key && std::binary_search(listed.cbegin(), listed.cend(), *key))
                 ++it;
             else

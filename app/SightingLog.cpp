@@ -1,6 +1,7 @@
 #include "SightingLog.h"
 
 #include "AircraftTypes.h"
+#include "PackedText.h"
 #include "UserDirectories.h"
 
 #include <QDir>
@@ -88,13 +89,17 @@ void SightingLog::record(const QList<Aircraft> &aircraft)
     if (newDay) {
         m_store.seenDayKey = today;
         m_store.seenHexes.clear();
+        m_seenKeys.clear();
     }
     DayStats day = m_store.days.value(today);
     const int hour = local(now).time().hour();
     bool anyNew = false;
     for (const Aircraft &plane : aircraft) {
-        if (m_store.seenHexes.contains(plane.hex()))
+        const auto key = PackedText::address(plane.hex());
+        if (key ? m_seenKeys.contains(*key) : m_store.seenHexes.contains(plane.hex()))
             continue;
+        if (key)
+            m_seenKeys.insert(*key);
         m_store.seenHexes.insert(plane.hex());
         ++day.count;
         ++day.byHour[hour];
@@ -163,10 +168,16 @@ void SightingLog::load()
         m_unreadableFileOnDisk = true;
         return;
     }
-    if (auto store = decode(file.readAll()))
-        m_store = std::move(*store);
-    else
+    auto store = decode(file.readAll());
+    if (!store) {
         m_unreadableFileOnDisk = true;
+        return;
+    }
+    m_store = std::move(*store);
+    for (const QString &hex : std::as_const(m_store.seenHexes)) {
+        if (const auto key = PackedText::address(hex))
+            m_seenKeys.insert(*key);
+    }
 }
 
 QByteArray SightingLog::encode(const Store &store)

@@ -99,6 +99,9 @@ private:
 
     Dependencies m_dependencies;
     Store m_store;
+    // Today's addresses that pack into numbers (PackedText), as numbers: the every-refresh question "seen today?"
+    // is then answered without reading text. Always a subset of m_store.seenHexes.
+    QSet<quint64> m_seenKeys;
     bool m_dirty = false;
     // A file that existed but could not be read: kept aside before the first save replaces it.
     bool m_unreadableFileOnDisk = false;

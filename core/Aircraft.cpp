@@ -3,6 +3,7 @@
 #include "AircraftTypes.h"
 #include "Airlines.h"
 #include "FeedDecoder.h"
+#include "PackedText.h"
 #include "TextRules.h"
 
 #include <QVariantMap>
@@ -13,21 +14,6 @@
 #include <vector>
 
 namespace {
-
-// Up to four ASCII characters, upper-cased, as one number; absent for anything else.
-std::optional<quint32> packedTypeCode(QStringView code)
-{
-    if (code.size() > 4)
-        return std::nullopt;
-    quint32 packed = 0;
-    for (const QChar character : code) {
-        const char16_t unit = character.unicode();
-        if (unit == 0 || unit >= 0x80)
-            return std::nullopt;
-        packed = packed << 8 | (unit >= u'a' && unit <= u'z' ? unit - (u'a' - u'A') : unit);
-    }
-    return packed;
-}
 
 constexpr double milesPerNauticalMile = 1.15078;
 constexpr double kilometresPerNauticalMile = 1.852;
@@ -140,7 +126,7 @@ bool Aircraft::isEmergency() const
         if (squawk == u"7500" || squawk == u"7600" || squawk == u"7700")
             return true;
     }
-    return m_emergency && *m_emergency != u"none";
+    return m_emergency && QStringView(*m_emergency) != u"none";
 }
 
 bool Aircraft::isMilitary() const
@@ -184,11 +170,11 @@ bool Aircraft::isHelicopter() const
     static const std::vector<quint32> packedTypes = [] {
         std::vector<quint32> packed;
         for (const QString &code : helicopterTypes())
-            packed.push_back(*packedTypeCode(code));
+            packed.push_back(*PackedText::pack(code, 4, PackedText::LetterCase::Upper));
         std::sort(packed.begin(), packed.end());
         return packed;
     }();
-    if (const auto packed = packedTypeCode(*m_typeCode))
+    if (const auto packed = PackedText::pack(*m_typeCode, 4, PackedText::LetterCase::Upper))
         return std::binary_search(packedTypes.cbegin(), packedTypes.cend(), *packed);
     return m_typeCode->size() <= 4 && helicopterTypes().contains(m_typeCode->toUpper());
 }
