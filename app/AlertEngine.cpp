@@ -6,6 +6,7 @@
 #include "TextRules.h"
 
 #include <QSet>
+#include <QVarLengthArray>
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -131,6 +132,13 @@ bool AlertEngine::matches(const Aircraft &aircraft, const QStringList &watchlist
 std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const HomeLocation &home,
                                               std::optional<double> missMiles)
 {
+    return flyoverETA(aircraft, home, std::cos(home.latitude * std::numbers::pi / 180.0),
+                      missMiles ? *missMiles * metresPerMile : defaultMissMetres);
+}
+
+std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const HomeLocation &home,
+                                              double cosHomeLatitude, double limitMetres)
+{
     if (!aircraft.lat() || !aircraft.lon() || !aircraft.track() || !aircraft.groundSpeed())
         return std::nullopt;
     if (!(*aircraft.groundSpeed() > 30))
@@ -146,7 +154,16 @@ std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const Ho
     if (!altitude || *altitude > 19999)
         return std::nullopt;
 
+    const double offsetEast = cosHomeLatitude * metresPerDegree * (*aircraft.lon() - home.longitude);
+    const double offsetNorth = (*aircraft.lat() - home.latitude) * metresPerDegree;
     const double speed = *aircraft.groundSpeed() * metresPerSecondPerKnot;
+    // Farther away than it can fly in two minutes plus the miss limit, it can't come close enough in
+    // time, whatever its track: most aircraft of a refresh end here, before any trigonometry. The margin
+    // covers the rounding of the exact test below.
+    const double reach = speed * 120 + limitMetres;
+    if (offsetEast * offsetEast + offsetNorth * offsetNorth > reach * reach * 1.000001 + 1)
+        return std::nullopt;
+
     const double trackRadians = *aircraft.track() * std::numbers::pi / 180.0;
     const double east = std::sin(trackRadians) * speed;
     const double north = std::cos(trackRadians) * speed;
@@ -154,17 +171,13 @@ std::optional<double> AlertEngine::flyoverETA(const Aircraft &aircraft, const Ho
     if (!(speedSquared > 1.0))
         return std::nullopt;
 
-    const double offsetEast =
-        std::cos(home.latitude * std::numbers::pi / 180.0) * metresPerDegree * (*aircraft.lon() - home.longitude);
-    const double offsetNorth = (*aircraft.lat() - home.latitude) * metresPerDegree;
     const double t = -(offsetEast * east + offsetNorth * north) / speedSquared;
     if (!(t > 5 && t < 120))
         return std::nullopt;
 
-    const double limit = missMiles ? *missMiles * metresPerMile : defaultMissMetres;
     const double missEast = offsetEast + east * t;
     const double missNorth = offsetNorth + north * t;
-    if (!(std::sqrt(missEast * missEast + missNorth * missNorth) < limit))
+    if (!(std::sqrt(missEast * missEast + missNorth * missNorth) < limitMetres))
         return std::nullopt;
     return t;
 }
@@ -194,6 +207,8 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
     const bool helicoptersOn = m_defaults->boolValue(u"alertHelicopters"_qs);
     const bool lowOn = m_defaults->boolValue(u"alertLowAltitude"_qs);
     const std::optional<double> missMiles = flyoverOn ? m_defaults->doubleValue(u"flyoverMissMiles"_qs) : std::nullopt;
+    const double missLimitMetres = missMiles ? *missMiles * metresPerMile : defaultMissMetres;
+    const double cosHomeLatitude = std::cos(home.latitude * std::numbers::pi / 180.0);
 
     // One moment for the whole list, taken when the first rule matches.
     std::optional<qint64> nowMs;
@@ -208,7 +223,7 @@ void AlertEngine::evaluate(const QList<Aircraft> &aircraft, const HomeLocation &
         if (emergencyOn && plane.isEmergency())
             fireNow(u"emergency"_qs, plane, [&] { return u"Emergency squawk "_qs + plane.squawk().value_or(QString()); });
         if (flyoverOn) {
-            if (const auto eta = flyoverETA(plane, home, missMiles))
+            if (const auto eta = flyoverETA(plane, home, cosHomeLatitude, missLimitMetres))
                 fireNow(u"flyover"_qs, plane,
                         [&] { return u"Passing overhead in about %1 seconds"_qs.arg(qint64(std::trunc(*eta))); });
         }
@@ -237,12 +252,15 @@ QHash<QString, QDateTime> AlertEngine::lastAlerted() const
 
 void AlertEngine::fire(const QString &rule, const Aircraft &aircraft, qint64 nowMs, const std::function<QString()> &title)
 {
-    QString key;
-    key.reserve(rule.size() + 1 + aircraft.hex().size());
-    key.append(rule).append(u'-').append(aircraft.hex());
-    const auto last = m_lastAlerted.constFind(key);
+    // The key is put together on the stack: most matches of a refresh end at the cooldown.
+    QVarLengthArray<QChar, 32> written;
+    written.append(rule.constData(), rule.size());
+    written.append(u'-');
+    written.append(aircraft.hex().constData(), aircraft.hex().size());
+    const auto last = m_lastAlerted.constFind(QString::fromRawData(written.constData(), written.size()));
     if (last != m_lastAlerted.constEnd() && nowMs - *last < qint64(cooldownSeconds * 1000))
         return;
+    const QString key(written.constData(), written.size());
     // Stamped before posting, whether or not the desktop shows it.
     m_lastAlerted.insert(key, nowMs);
     const QString identifier = key + u'-' + shortestDouble(double(nowMs) / 1000.0);

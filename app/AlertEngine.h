@@ -57,6 +57,9 @@ signals:
     void alerted(const AlertEngine::Alert &alert);
 
 private:
+    // The same with the home's latitude cosine and the miss limit in metres worked out once a refresh.
+    [[nodiscard]] static std::optional<double> flyoverETA(const Aircraft &aircraft, const HomeLocation &home,
+                                                          double cosHomeLatitude, double limitMetres);
     // Posts unless the rule fired for this aircraft within the cooldown; the title is made only then.
     void fire(const QString &rule, const Aircraft &aircraft, qint64 nowMs, const std::function<QString()> &title);
 

@@ -161,7 +161,7 @@ std::optional<QString> Aircraft::operatorDisplayName() const
 
 bool Aircraft::isHelicopter() const
 {
-    if (m_category && *m_category == helicopterCategory)
+    if (m_category && QStringView(*m_category) == helicopterCategory)
         return true;
     if (!m_typeCode)
         return false;
