@@ -102,6 +102,15 @@ std::vector<bool> rowsThatStay(const std::vector<qsizetype> &oldRowOfTarget)
     return stays;
 }
 
+// Nearly every aircraft has moved since the last refresh: the position tells most records apart before
+// their texts are compared.
+bool recordsDiffer(const Aircraft &before, const Aircraft &after)
+{
+    if (before.lat() != after.lat() || before.lon() != after.lon())
+        return true;
+    return !(before == after);
+}
+
 } // namespace
 
 void AircraftListModel::update(const QList<Aircraft> &rows)
@@ -233,7 +242,7 @@ void AircraftListModel::update(const QList<Aircraft> &rows)
         const Aircraft *record = records + row;
         if (m_rows[row].aircraft == record)
             continue;
-        const bool differs = !(*m_rows[row].aircraft == *record);
+        const bool differs = recordsDiffer(*m_rows[row].aircraft, *record);
         m_rows[row].aircraft = record;
         if (differs) {
             const QModelIndex changed = index(int(row));

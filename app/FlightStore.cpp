@@ -174,16 +174,19 @@ void FlightStore::rebuildTrails()
     }
     std::sort(listed.begin(), listed.end());
     if (plain && std::adjacent_find(listed.cbegin(), listed.cend()) == listed.cend()) {
-        for (auto it = m_trails.begin(); it != m_trails.end();) {
-            const auto key = PackedText::address(it.key());
-            if (key && std::binary_search(listed.cbegin(), listed.cend(), *key))
-                ++it;
-            else
-                it = m_trails.erase(it);
-        }
         for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
             if (const auto position = aircraft.coordinate())
                 extend(m_trails[aircraft.hex()], *position);
+        }
+        // Every listed address has its trail now: any more trails belong to aircraft gone.
+        if (m_trails.size() > qsizetype(listed.size())) {
+            for (auto it = m_trails.begin(); it != m_trails.end();) {
+                const auto key = PackedText::address(it.key());
+                if (key && std::binary_search(listed.cbegin(), listed.cend(), *key))
+                    ++it;
+                else
+                    it = m_trails.erase(it);
+            }
         }
         emit trailsChanged();
         return;
