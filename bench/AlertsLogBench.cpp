@@ -9,14 +9,12 @@
 // as the feed client decodes it. Meaningful only in a Release build.
 #include "APIResponse.h"
 #include "AlertEngine.h"
+#include "BenchHome.h"
 #include "DefaultsStore.h"
 #include "SightingLog.h"
 #include "SkySimulator.h"
 
 #include <QCoreApplication>
-#include <QEventLoop>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
@@ -54,17 +52,7 @@ QByteArray simulatorAnswer()
     SkySimulator sky(options);
     if (!sky.listen(0))
         qFatal("simulator cannot listen: %s", qPrintable(sky.errorString()));
-    QNetworkAccessManager network;
-    QNetworkReply *reply =
-        network.get(QNetworkRequest(QUrl(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs)));
-    QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    if (reply->error() != QNetworkReply::NoError)
-        qFatal("simulator answer failed: %s", qPrintable(reply->errorString()));
-    const QByteArray body = reply->readAll();
-    delete reply;
-    return body;
+    return BenchHome::getOnce(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs);
 }
 
 // Half the entries name aircraft in the list (address, callsign or registration), half name none.
@@ -176,9 +164,7 @@ int main(int argc, char **argv)
     if (!dir.isValid())
         return 1;
     scratch = &dir;
-    for (const char *variable :
-         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
-        qputenv(variable, dir.filePath(QString::fromLatin1(variable)).toUtf8());
+    BenchHome::isolate(dir);
     QCoreApplication app(argc, argv);
 
     const auto decoded = APIResponse::decode(simulatorAnswer());

@@ -8,6 +8,7 @@
 // The share of a fetch spent decoding is (Decode + FilterAndSort) / Fetch/servedAnswer.
 // Meaningful only in a Release build.
 #include "../tests/support/LoopbackHttpServer.h"
+#include "BenchHome.h"
 #include "ADSB.h"
 #include "APIResponse.h"
 #include "FeedFetch.h"
@@ -16,8 +17,6 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
@@ -45,20 +44,6 @@ SkySimOptions simulatorOptions()
     options.frozen = true;
     options.startEpochMs = 1718445600000;
     return options;
-}
-
-QByteArray getOnce(const QString &url)
-{
-    QNetworkAccessManager network;
-    QNetworkReply *reply = network.get(QNetworkRequest(QUrl(url)));
-    QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    const QByteArray body = reply->readAll();
-    if (reply->error() != QNetworkReply::NoError)
-        qFatal("simulator answer failed: %s", qPrintable(reply->errorString()));
-    reply->deleteLater();
-    return body;
 }
 
 // One fetch through the process-wide client, as the app makes it; the number of aircraft it gave back.
@@ -153,16 +138,14 @@ int main(int argc, char **argv)
     QTemporaryDir scratch;
     if (!scratch.isValid())
         return 1;
-    for (const char *variable :
-         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
-        qputenv(variable, scratch.filePath(QString::fromLatin1(variable)).toUtf8());
+    BenchHome::isolate(scratch);
     QCoreApplication app(argc, argv);
 
     SkySimulator sky(simulatorOptions());
     if (!sky.listen(0))
         qFatal("simulator cannot listen: %s", qPrintable(sky.errorString()));
     simulator = &sky;
-    fixedAnswer = getOnce(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs);
+    fixedAnswer = BenchHome::getOnce(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs);
 
     LoopbackHttpServer server;
     server.route("/v2/point/", [](const LoopbackHttpServer::Request &) {

@@ -13,6 +13,7 @@
 //                         helicopter filters on.
 // Meaningful only in a Release build.
 #include "../tests/support/LoopbackHttpServer.h"
+#include "BenchHome.h"
 #include "ADSB.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
@@ -22,7 +23,6 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QNetworkAccessManager>
-#include <QNetworkReply>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
 
@@ -50,20 +50,6 @@ double seconds(Clock::duration duration)
     return std::chrono::duration<double>(duration).count();
 }
 
-QByteArray getOnce(const QString &url)
-{
-    QNetworkAccessManager network;
-    QNetworkReply *reply = network.get(QNetworkRequest(QUrl(url)));
-    QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    if (reply->error() != QNetworkReply::NoError)
-        qFatal("simulator answer failed: %s", qPrintable(reply->errorString()));
-    const QByteArray body = reply->readAll();
-    reply->deleteLater();
-    return body;
-}
-
 void takeAnswers()
 {
     SkySimOptions options;
@@ -76,7 +62,7 @@ void takeAnswers()
     if (!sky.listen(0))
         qFatal("simulator cannot listen: %s", qPrintable(sky.errorString()));
     for (int i = 0; i < answerCount; ++i) {
-        answers.append(getOnce(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs));
+        answers.append(BenchHome::getOnce(sky.baseUrl() + u"/v2/point/47.44900/-122.30900/60"_qs));
         sky.clock().advance(refreshStepMs);
     }
 }
@@ -239,9 +225,7 @@ int main(int argc, char **argv)
     if (!dir.isValid())
         return 1;
     scratch = &dir;
-    for (const char *variable :
-         {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME", "XDG_RUNTIME_DIR"})
-        qputenv(variable, dir.filePath(QString::fromLatin1(variable)).toUtf8());
+    BenchHome::isolate(dir);
     QCoreApplication app(argc, argv);
 
     takeAnswers();
