@@ -3,6 +3,7 @@
 #include "PhotoAPI.h"
 #include "RouteAPI.h"
 #include "SkySimServer.h"
+#include "SkySimClient.h"
 #include "SkySimulator.h"
 
 #include <QDateTime>
@@ -27,7 +28,7 @@
 namespace {
 
 constexpr qint64 startEpochMs = 1'700'000'000'000;
-constexpr int waitMs = 10000;
+constexpr int waitMs = SkySimClient::waitMs;
 constexpr const char *sparkle = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 
 SkySimOptions frozenOptions(int count = 60, quint64 seed = 11)
@@ -42,15 +43,7 @@ SkySimOptions frozenOptions(int count = 60, quint64 seed = 11)
     return options;
 }
 
-struct Answer
-{
-    bool finished = false;
-    QNetworkReply::NetworkError error = QNetworkReply::NoError;
-    int status = 0; // 0: no HTTP answer at all
-    QByteArray body;
-    QByteArray contentType;
-    QHash<QByteArray, QByteArray> headers; // names in lower case
-};
+using Answer = SkySimClient::Answer;
 
 QJsonObject object(const QByteArray &json)
 {
@@ -179,65 +172,27 @@ private slots:
     void faultsArePerSource();
 
 private:
-    std::unique_ptr<SkySimulator> startSky(const SkySimOptions &options = frozenOptions());
-    Answer finish(QNetworkReply *reply);
+    static std::unique_ptr<SkySimulator> startSky(const SkySimOptions &options = frozenOptions())
+    {
+        return SkySimClient::start(options);
+    }
+    Answer finish(QNetworkReply *reply) { return m_client.finish(reply); }
     Answer get(const SkySimulator &sky, const QString &path,
-               const QList<std::pair<QByteArray, QByteArray>> &headers = {});
-    Answer post(const SkySimulator &sky, const QString &pathAndQuery);
+               const QList<std::pair<QByteArray, QByteArray>> &headers = {})
+    {
+        return m_client.get(sky, path, headers);
+    }
+    Answer post(const SkySimulator &sky, const QString &pathAndQuery) { return m_client.post(sky, pathAndQuery); }
     QList<QJsonObject> rows(const SkySimulator &sky);
 
-    QNetworkAccessManager m_network;
+    SkySimClient m_client;
+    QNetworkAccessManager &m_network = m_client.network();
 };
 
 void SkySimServicesTest::initTestCase()
 {
     // Numbers in answers must never take the locale's decimal comma.
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    m_network.setTransferTimeout(waitMs);
-}
-
-std::unique_ptr<SkySimulator> SkySimServicesTest::startSky(const SkySimOptions &options)
-{
-    auto sky = std::make_unique<SkySimulator>(options);
-    if (!sky->listen(0))
-        qFatal("cannot listen on loopback: %s", qPrintable(sky->errorString()));
-    return sky;
-}
-
-Answer SkySimServicesTest::finish(QNetworkReply *reply)
-{
-    if (!reply->isFinished()) {
-        QSignalSpy finished(reply, &QNetworkReply::finished);
-        finished.wait(waitMs);
-    }
-    Answer answer;
-    answer.finished = reply->isFinished();
-    answer.error = reply->error();
-    answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.body = reply->readAll();
-    answer.contentType = reply->header(QNetworkRequest::ContentTypeHeader).toByteArray();
-    for (const auto &[name, value] : reply->rawHeaderPairs())
-        answer.headers.insert(name.toLower(), value);
-    reply->deleteLater();
-    return answer;
-}
-
-Answer SkySimServicesTest::get(const SkySimulator &sky, const QString &path,
-                               const QList<std::pair<QByteArray, QByteArray>> &headers)
-{
-    QNetworkRequest request(QUrl::fromEncoded(sky.baseUrl().toUtf8() + path.toUtf8()));
-    // Every answer is read fresh: the client's own cache must not answer for the server.
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    for (const auto &[name, value] : headers)
-        request.setRawHeader(name, value);
-    return finish(m_network.get(request));
-}
-
-Answer SkySimServicesTest::post(const SkySimulator &sky, const QString &pathAndQuery)
-{
-    QNetworkRequest request(QUrl(sky.baseUrl() + pathAndQuery));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"text/plain"_qs);
-    return finish(m_network.post(request, QByteArray()));
 }
 
 // The primary feed's rows around the sky's centre, as a client sees them; this also makes the area.

@@ -3,6 +3,7 @@
 #include "Airlines.h"
 #include "ControlModule.h"
 #include "SkySimCommandLine.h"
+#include "SkySimClient.h"
 #include "SkySimulator.h"
 
 #include <QJsonArray>
@@ -24,7 +25,7 @@
 namespace {
 
 constexpr qint64 startEpochMs = 1'700'000'000'000;
-constexpr int waitMs = 10000;
+constexpr int waitMs = SkySimClient::waitMs;
 
 // The geometry the rows must agree with, worked out here another way than the simulator does: with unit
 // vectors rather than the haversine and spherical trigonometry, on the same sphere of 6371 km.
@@ -107,14 +108,7 @@ SkySimOptions frozenOptions(int count = 60, quint64 seed = 11)
     return options;
 }
 
-struct Answer
-{
-    bool finished = false;
-    QNetworkReply::NetworkError error = QNetworkReply::NoError;
-    int status = 0; // 0: no HTTP answer at all
-    QByteArray body;
-    QByteArray contentType;
-};
+using Answer = SkySimClient::Answer;
 
 QJsonObject object(const QByteArray &json)
 {
@@ -216,56 +210,23 @@ private slots:
     void helpNamesEveryFaultAndControl();
 
 private:
-    std::unique_ptr<SkySimulator> startSky(const SkySimOptions &options = frozenOptions());
-    Answer finish(QNetworkReply *reply);
-    Answer get(const SkySimulator &sky, const QString &path);
-    Answer post(const SkySimulator &sky, const QString &pathAndQuery);
+    static std::unique_ptr<SkySimulator> startSky(const SkySimOptions &options = frozenOptions())
+    {
+        return SkySimClient::start(options);
+    }
+    Answer finish(QNetworkReply *reply) { return m_client.finish(reply); }
+    Answer get(const SkySimulator &sky, const QString &path) { return m_client.get(sky, path); }
+    Answer post(const SkySimulator &sky, const QString &pathAndQuery) { return m_client.post(sky, pathAndQuery); }
     QJsonArray rowsOf(const Answer &answer, const QString &key);
 
-    QNetworkAccessManager m_network;
+    SkySimClient m_client;
+    QNetworkAccessManager &m_network = m_client.network();
 };
 
 void SkySimTest::initTestCase()
 {
     // Numbers in paths and JSON must never take the locale's decimal comma.
     QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-    m_network.setTransferTimeout(waitMs);
-}
-
-std::unique_ptr<SkySimulator> SkySimTest::startSky(const SkySimOptions &options)
-{
-    auto sky = std::make_unique<SkySimulator>(options);
-    if (!sky->listen(0))
-        qFatal("cannot listen on loopback: %s", qPrintable(sky->errorString()));
-    return sky;
-}
-
-Answer SkySimTest::finish(QNetworkReply *reply)
-{
-    if (!reply->isFinished()) {
-        QSignalSpy finished(reply, &QNetworkReply::finished);
-        finished.wait(waitMs);
-    }
-    Answer answer;
-    answer.finished = reply->isFinished();
-    answer.error = reply->error();
-    answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.body = reply->readAll();
-    answer.contentType = reply->header(QNetworkRequest::ContentTypeHeader).toByteArray();
-    reply->deleteLater();
-    return answer;
-}
-
-Answer SkySimTest::get(const SkySimulator &sky, const QString &path)
-{
-    return finish(m_network.get(QNetworkRequest(QUrl(sky.baseUrl() + path))));
-}
-
-Answer SkySimTest::post(const SkySimulator &sky, const QString &pathAndQuery)
-{
-    QNetworkRequest request(QUrl(sky.baseUrl() + pathAndQuery));
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"text/plain"_qs);
-    return finish(m_network.post(request, QByteArray()));
 }
 
 QJsonArray SkySimTest::rowsOf(const Answer &answer, const QString &key)
