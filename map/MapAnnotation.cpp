@@ -15,13 +15,8 @@ MapAnnotation::~MapAnnotation()
 
 void MapAnnotation::setViewport(MapViewport *viewport)
 {
-    if (viewport == m_viewport)
+    if (!MapViewport::follow(m_viewport, viewport, this, &MapAnnotation::place))
         return;
-    if (m_viewport)
-        m_viewport->disconnect(this);
-    m_viewport = viewport;
-    if (m_viewport)
-        connect(m_viewport, &MapViewport::cameraChanged, this, &MapAnnotation::place);
     emit viewportChanged();
     place();
 }

@@ -44,13 +44,8 @@ MapPaintedLayer::MapPaintedLayer(QQuickItem *parent) : QQuickItem(parent)
 
 void MapPaintedLayer::setViewport(MapViewport *viewport)
 {
-    if (viewport == m_viewport)
+    if (!MapViewport::follow(m_viewport, viewport, this, &MapPaintedLayer::onCameraChanged))
         return;
-    if (m_viewport)
-        m_viewport->disconnect(this);
-    m_viewport = viewport;
-    if (m_viewport)
-        connect(m_viewport, &MapViewport::cameraChanged, this, &MapPaintedLayer::onCameraChanged);
     emit viewportChanged();
     contentChanged();
 }

@@ -2,6 +2,7 @@
 
 #include <QEasingCurve>
 #include <QObject>
+#include <QPointer>
 #include <QPointF>
 #include <QVariantAnimation>
 #include <QVariantMap>
@@ -31,6 +32,21 @@ class MapViewport : public QObject
     Q_PROPERTY(double maximumZoomLevel READ maximumZoomLevel CONSTANT)
 
 public:
+    // Points an item's `held` viewport at `viewport`, following its camera with `onCamera` and leaving the
+    // one before; false when it was that viewport already.
+    template <typename Receiver, typename Slot>
+    static bool follow(QPointer<MapViewport> &held, MapViewport *viewport, Receiver *receiver, Slot onCamera)
+    {
+        if (viewport == held)
+            return false;
+        if (held)
+            held->disconnect(receiver);
+        held = viewport;
+        if (held)
+            QObject::connect(held, &MapViewport::cameraChanged, receiver, onCamera);
+        return true;
+    }
+
     explicit MapViewport(QObject *parent = nullptr);
 
     [[nodiscard]] double latitude() const;

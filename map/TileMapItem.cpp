@@ -78,13 +78,8 @@ void TileMapItem::setTileStore(TileStore *tileStore)
 
 void TileMapItem::setViewport(MapViewport *viewport)
 {
-    if (viewport == m_viewport)
+    if (!MapViewport::follow(m_viewport, viewport, this, &TileMapItem::refresh))
         return;
-    if (m_viewport)
-        m_viewport->disconnect(this);
-    m_viewport = viewport;
-    if (m_viewport)
-        connect(m_viewport, &MapViewport::cameraChanged, this, &TileMapItem::refresh);
     emit viewportChanged();
     refresh();
 }

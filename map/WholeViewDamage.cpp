@@ -11,13 +11,8 @@ WholeViewDamage::WholeViewDamage(QQuickItem *parent) : QQuickItem(parent)
 
 void WholeViewDamage::setViewport(MapViewport *viewport)
 {
-    if (viewport == m_viewport)
+    if (!MapViewport::follow(m_viewport, viewport, this, &QQuickItem::update))
         return;
-    if (m_viewport)
-        m_viewport->disconnect(this);
-    m_viewport = viewport;
-    if (m_viewport)
-        connect(m_viewport, &MapViewport::cameraChanged, this, &QQuickItem::update);
     emit viewportChanged();
 }
 
