@@ -211,6 +211,18 @@ std::optional<QString> Aircraft::lookDirection() const
     return u"Look %1, %2° up"_qs.arg(point, TextRules::fixedPoint(elevation, 0));
 }
 
+QString Aircraft::accessibilityText(const QString &distanceUnit) const
+{
+    QStringList parts{displayName(), altitudeText()};
+    if (const auto distance = distanceText(distanceUnit, false))
+        parts.append(*distance);
+    if (isEmergency())
+        parts.append(u"emergency"_qs);
+    if (isMilitary())
+        parts.append(u"military"_qs);
+    return parts.join(u", "_qs);
+}
+
 std::optional<QString> Aircraft::distanceText(const QString &unit, bool compact) const
 {
     if (!m_distanceNM)

@@ -135,6 +135,9 @@ public:
     [[nodiscard]] std::optional<QString> distanceText(const QString &unit, bool compact) const;
     // For QML: the same text, undefined where absent.
     Q_INVOKABLE QVariant distanceTextFor(const QString &unit, bool compact) const;
+    // What a screen reader says of the aircraft, on the map and in the list alike: displayName,
+    // altitudeText, the distance if known, then "emergency" and "military" as they apply.
+    [[nodiscard]] QString accessibilityText(const QString &distanceUnit) const;
 
     // The 16-point compass name of a bearing in degrees.
     [[nodiscard]] static QString compassPoint(double bearingDegrees);

@@ -116,7 +116,7 @@ QString RadarSupport::styleName(const QString &styleChoice) const
 
 QString RadarSupport::accessibilityText(const Aircraft &aircraft, const QString &distanceUnit) const
 {
-    return RadarTexts::accessibilityText(aircraft, distanceUnit);
+    return aircraft.accessibilityText(distanceUnit);
 }
 
 QVariant RadarSupport::recenterTarget(QObject *store) const

@@ -6,18 +6,6 @@
 
 namespace RadarTexts {
 
-QString accessibilityText(const Aircraft &aircraft, const QString &distanceUnit)
-{
-    QStringList parts{aircraft.displayName(), aircraft.altitudeText()};
-    if (const auto distance = aircraft.distanceText(distanceUnit, false))
-        parts.append(*distance);
-    if (aircraft.isEmergency())
-        parts.append(u"emergency"_qs);
-    if (aircraft.isMilitary())
-        parts.append(u"military"_qs);
-    return parts.join(u", "_qs);
-}
-
 QList<DetailRow> detailRows(const Aircraft &aircraft, const std::optional<FlightRoute> &route,
                             const QString &distanceUnit)
 {

@@ -12,9 +12,6 @@
 // rows, and the link to the web track viewer.
 namespace RadarTexts {
 
-// displayName, altitudeText, the distance if known, then "emergency" and "military" as they apply.
-[[nodiscard]] QString accessibilityText(const Aircraft &aircraft, const QString &distanceUnit);
-
 struct DetailRow
 {
     QString label;

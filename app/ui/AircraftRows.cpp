@@ -20,14 +20,7 @@ QString AircraftRows::secondaryLine(const Aircraft &aircraft)
 
 QString AircraftRows::accessibilityText(const Aircraft &aircraft, const QString &distanceUnit)
 {
-    QStringList parts{aircraft.displayName(), aircraft.altitudeText()};
-    if (const auto distance = aircraft.distanceText(distanceUnit, false))
-        parts.append(*distance);
-    if (aircraft.isEmergency())
-        parts.append(u"emergency"_qs);
-    if (aircraft.isMilitary())
-        parts.append(u"military"_qs);
-    return parts.join(u", "_qs);
+    return aircraft.accessibilityText(distanceUnit);
 }
 
 QColor AircraftRows::iconColor(const Aircraft &aircraft, const QString &planeColorHex, bool colorByAltitude,

@@ -295,7 +295,7 @@ void RadarRulesTest::accessibilityText()
     QFETCH(QByteArray, json);
     QFETCH(QString, unit);
     QFETCH(QString, text);
-    QCOMPARE(RadarTexts::accessibilityText(decoded(json), unit), text);
+    QCOMPARE(decoded(json).accessibilityText(unit), text);
 }
 
 void RadarRulesTest::detailRows_data()
