@@ -87,9 +87,7 @@ std::optional<SkySimReply> FeedModule::handle(const SkySimRequest &request)
         return std::nullopt;
     }
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
 
     const auto lat = decimalNumber(latText);

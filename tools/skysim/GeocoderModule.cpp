@@ -112,9 +112,7 @@ std::optional<SkySimReply> GeocoderModule::handle(const SkySimRequest &request)
     if (!isSearch && !isReverse)
         return std::nullopt;
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
     m_sources.noteRequest(source(), QString::fromUtf8(request.target));
     const FaultPlan fault = m_sources.fault(source());

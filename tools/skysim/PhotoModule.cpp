@@ -59,9 +59,7 @@ std::optional<SkySimReply> PhotoModule::handle(const SkySimRequest &request)
     if (!lookup && !request.path.startsWith(imagePrefix))
         return std::nullopt;
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
     static const QRegularExpression hexPattern(u"^[0-9A-Fa-f]{6}$"_qs);
     if (lookup && !hexPattern.match(request.path.mid(lookupPrefix.size())).hasMatch())

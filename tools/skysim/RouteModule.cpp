@@ -62,7 +62,7 @@ std::optional<SkySimReply> RouteModule::handle(const SkySimRequest &request)
         return std::nullopt;
     if (!request.isRead()) {
         SkySimReply reply = answer(u"only GET is served here"_qs, 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
+        reply.allowReadsOnly();
         return reply;
     }
     static const QRegularExpression valid(u"^[A-Za-z0-9]{2,8}$"_qs);

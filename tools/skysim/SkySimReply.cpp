@@ -9,6 +9,18 @@ SkySimReply SkySimReply::json(QByteArray body, int status)
     return reply;
 }
 
+SkySimReply SkySimReply::readOnly()
+{
+    SkySimReply reply = text("only GET is served here", 405);
+    reply.allowReadsOnly();
+    return reply;
+}
+
+void SkySimReply::allowReadsOnly()
+{
+    headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
+}
+
 SkySimReply SkySimReply::text(QByteArray body, int status)
 {
     SkySimReply reply;

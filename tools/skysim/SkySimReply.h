@@ -31,6 +31,10 @@ struct SkySimReply
 
     [[nodiscard]] static SkySimReply json(QByteArray body, int status = 200);
     [[nodiscard]] static SkySimReply text(QByteArray body, int status);
+    // 405 for a method other than GET or HEAD, saying which are allowed.
+    [[nodiscard]] static SkySimReply readOnly();
+    // Names the methods a 405 allows on a reply of any form.
+    void allowReadsOnly();
     [[nodiscard]] static SkySimReply empty(int status);
     [[nodiscard]] static SkySimReply drop();
     [[nodiscard]] static SkySimReply streaming(QByteArray contentType, std::shared_ptr<SkySimStream> stream);

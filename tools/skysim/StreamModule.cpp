@@ -78,9 +78,7 @@ std::optional<SkySimReply> StreamModule::handle(const SkySimRequest &request)
     if (!isPage && !isPlaylist && !feed && name != silentMount && name != deadMount)
         return std::nullopt;
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
 
     m_sources.noteRequest(source(), QString::fromUtf8(request.target));

@@ -89,9 +89,7 @@ std::optional<SkySimReply> TileModule::handle(const SkySimRequest &request)
     if (!request.path.startsWith(u"/tiles/"))
         return std::nullopt;
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
     // "", "tiles", STYLE, Z, A, B
     const QStringList parts = request.path.split(u'/');

@@ -49,9 +49,7 @@ std::optional<SkySimReply> UpdateFeedModule::handle(const SkySimRequest &request
     if (!feed && !path.startsWith(u"/releases/") && path != u"/download/" && path != u"/download")
         return std::nullopt;
     if (!request.isRead()) {
-        SkySimReply reply = SkySimReply::text("only GET is served here", 405);
-        reply.headers.append({QByteArrayLiteral("Allow"), QByteArrayLiteral("GET, HEAD")});
-        return reply;
+        return SkySimReply::readOnly();
     }
     if (path.startsWith(u"/download"))
         return html(u"Download Aerolume"_qs, u"Aerolume %1 for Linux."_qs.arg(m_offer.version()));
