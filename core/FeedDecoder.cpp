@@ -1,5 +1,7 @@
 #include "FeedDecoder.h"
 
+#include "TextCache.h"
+
 #include <simdjson.h>
 
 #include <array>
@@ -367,48 +369,14 @@ QString shortToken(std::string_view token)
     return text;
 }
 
-// The texts that repeat from row to row within one answer (emergency words, categories, type codes and
-// names, operators) share one string instead of costing an allocation each. The bytes it keeps point into
-// the parser's string buffer, so a pool lives no longer than one parse.
-class TextPool
-{
-public:
-    QString text(std::string_view bytes)
-    {
-        if (bytes.size() > maxLength)
-            return QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
-        std::uint32_t hash = 2166136261u; // FNV-1a
-        for (char c : bytes)
-            hash = (hash ^ std::uint8_t(c)) * 16777619u;
-        Slot &slot = m_slots[hash % slotCount];
-        if (!slot.used || slot.bytes != bytes) {
-            slot.bytes = bytes;
-            slot.text = QString::fromUtf8(bytes.data(), qsizetype(bytes.size()));
-            slot.used = true;
-        }
-        return slot.text;
-    }
-
-private:
-    static constexpr std::size_t maxLength = 64;
-    static constexpr std::size_t slotCount = 256;
-    struct Slot
-    {
-        std::string_view bytes;
-        QString text;
-        bool used = false;
-    };
-    std::array<Slot, slotCount> m_slots;
-};
-
 } // namespace
 
 // Reads one row into a record, remembering the first problem in key order.
 class FeedDecoder::RowReader
 {
 public:
-    // Without a pool every text is a string of its own.
-    explicit RowReader(TextPool *pool = nullptr) : m_pool(pool) {}
+    // Without a cache every text is a string of its own.
+    explicit RowReader(TextCache *cache = nullptr) : m_cache(cache) {}
 
     // Returns a syntax error code, or SUCCESS with either a record or a row error set.
     simdjson::error_code read(ondemand::value rowValue)
@@ -444,7 +412,7 @@ public:
             switch (key) {
             case Key::Hex: {
                 std::optional<QString> hex;
-                error = readText(value, key, hex);
+                error = readText(value, key, hex, m_cache);
                 hexSeen = true;
                 if (!error && !hex && m_errors[0].isEmpty())
                     m_errors[0] = u"\"hex\" must be a string, not null"_qs;
@@ -452,28 +420,28 @@ public:
                 break;
             }
             case Key::Flight:
-                error = readText(value, key, m_record.m_flight);
+                error = readText(value, key, m_record.m_flight, m_cache);
                 break;
             case Key::Squawk:
-                error = readText(value, key, m_record.m_squawk);
+                error = readText(value, key, m_record.m_squawk, m_cache);
                 break;
             case Key::Emergency:
-                error = readText(value, key, m_record.m_emergency, m_pool);
+                error = readText(value, key, m_record.m_emergency, m_cache);
                 break;
             case Key::Category:
-                error = readText(value, key, m_record.m_category, m_pool);
+                error = readText(value, key, m_record.m_category, m_cache);
                 break;
             case Key::Registration:
-                error = readText(value, key, m_record.m_registration);
+                error = readText(value, key, m_record.m_registration, m_cache);
                 break;
             case Key::TypeCode:
-                error = readText(value, key, m_record.m_typeCode, m_pool);
+                error = readText(value, key, m_record.m_typeCode, m_cache);
                 break;
             case Key::TypeDescription:
-                error = readText(value, key, m_record.m_typeDescription, m_pool);
+                error = readText(value, key, m_record.m_typeDescription, m_cache);
                 break;
             case Key::OperatorName:
-                error = readText(value, key, m_record.m_operatorName, m_pool);
+                error = readText(value, key, m_record.m_operatorName, m_cache);
                 break;
             case Key::Lat:
                 error = readFloat(value, key, m_record.m_lat);
@@ -596,7 +564,7 @@ private:
     }
 
     simdjson::error_code readText(ondemand::value value, Key key, std::optional<QString> &out,
-                                  TextPool *pool = nullptr)
+                                  TextCache *cache = nullptr)
     {
         ondemand::json_type type;
         if (auto error = value.type().get(type))
@@ -609,7 +577,7 @@ private:
         std::string_view text;
         if (auto error = value.get_string().get(text))
             return error;
-        out = pool ? pool->text(text) : QString::fromUtf8(text.data(), qsizetype(text.size()));
+        out = cache ? cache->text(text) : QString::fromUtf8(text.data(), qsizetype(text.size()));
         return simdjson::SUCCESS;
     }
 
@@ -667,7 +635,7 @@ private:
         return simdjson::SUCCESS;
     }
 
-    TextPool *m_pool;
+    TextCache *m_cache;
     Aircraft m_record;
     std::array<QString, keyCount> m_errors;
     QString m_rowError;
@@ -730,8 +698,10 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
 
     // "ac" is read before "aircraft", so its problems are the ones reported.
     std::array<ListOutcome, 2> lists;
-    TextPool pool;
-    auto readList = [&pool](ondemand::value value, const char *name,
+    // Like the parser, one for the main thread, kept from answer to answer.
+    static TextCache texts;
+    texts.nextRound();
+    auto readList = [](ondemand::value value, const char *name,
                             ListOutcome &outcome) -> simdjson::error_code {
         outcome = {};
         ondemand::json_type listType;
@@ -754,7 +724,7 @@ Decoded<APIResponse> FeedDecoder::decodeResponse(const QByteArray &json)
             ondemand::value rowValue;
             if (auto error = element.get(rowValue))
                 return error;
-            RowReader reader(&pool);
+            RowReader reader(&texts);
             if (auto error = reader.read(rowValue))
                 return error;
             if (reader.failed()) {

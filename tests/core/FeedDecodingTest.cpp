@@ -296,6 +296,24 @@ private slots:
         QCOMPARE(first.value().list().constFirst().flight(), u"X1  "_qs);
     }
 
+    // The next answer's texts are the strings of the last one wherever they repeat, so letting the last
+    // list go frees none of them; texts that changed are their own.
+    void repeatedTextsShareTheLastAnswersStrings()
+    {
+        const auto first = APIResponse::decode(
+            R"({"ac":[{"hex":"a1b2c3","flight":"BAW29   ","r":"G-EUPT","t":"A319","squawk":"7700"}]})");
+        const auto second = APIResponse::decode(
+            R"({"ac":[{"hex":"a1b2c3","flight":"BAW29   ","r":"G-EUPT","t":"A319","squawk":"1200"}]})");
+        QVERIFY(first.ok() && second.ok());
+        const Aircraft &before = first.value().list().constFirst();
+        const Aircraft &after = second.value().list().constFirst();
+        QVERIFY(after.hex().isSharedWith(before.hex()));
+        QVERIFY(after.flight()->isSharedWith(*before.flight()));
+        QVERIFY(after.registration()->isSharedWith(*before.registration()));
+        QVERIFY(after.typeCode()->isSharedWith(*before.typeCode()));
+        QCOMPARE(before.squawk(), u"7700"_qs);
+        QCOMPARE(after.squawk(), u"1200"_qs);
+    }
     void recordsCompareByEveryField()
     {
         const Aircraft a = decodeRow(R"({"hex":"a1","gs":320,"alt_baro":"ground"})");
