@@ -4,6 +4,7 @@
 #include "AlertEngine.h"
 #include "DefaultsStore.h"
 #include "FeedFetch.h"
+#include "PackedIndex.h"
 #include "PackedText.h"
 #include "PhotoAPI.h"
 #include "RouteAPI.h"
@@ -151,42 +152,50 @@ void FlightStore::rebuildTrails()
         const bool moved = trail.isEmpty() ||
                            std::abs(trail.constLast().latitude - position.latitude) > samePositionDegrees ||
                            std::abs(trail.constLast().longitude - position.longitude) > samePositionDegrees;
+        if (moved && trail.size() == length) {
+            // A full trail slides within its storage, where appending would reallocate it.
+            std::move(trail.begin() + 1, trail.end(), trail.begin());
+            trail.last() = position;
+            return;
+        }
         if (moved)
             trail.append(position);
         if (trail.size() > length)
             trail.remove(0, trail.size() - length);
     };
 
-    // The usual refresh: every address plain and listed once. The trails are then kept in place, one
-    // lookup an aircraft, and those of aircraft gone (or without a position now) are dropped.
-    std::vector<quint64> listed;
-    listed.reserve(size_t(m_aircraft.size()));
+    // The usual refresh: every address plain and listed once. The trails are then kept in place: one pass
+    // over them extends those of aircraft still listed with a position and drops the others, matching by
+    // number rather than hashing each address; aircraft new to the sky then start theirs.
+    const QList<Aircraft> &aircraft = m_aircraft; // read only: the list is shared and must not detach
+    const qsizetype count = aircraft.size();
+    PackedIndex listed{size_t(count)};
     bool plain = true;
-    for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
-        if (!aircraft.coordinate())
+    for (qsizetype at = 0; at < count && plain; ++at) {
+        if (!aircraft[at].coordinate())
             continue;
-        const auto key = PackedText::address(aircraft.hex());
-        if (!key) {
-            plain = false;
-            break;
-        }
-        listed.push_back(*key);
+        const auto key = PackedText::address(aircraft[at].hex());
+        plain = key && listed.exchange(*key, at) < 0;
     }
-    std::sort(listed.begin(), listed.end());
-    if (plain && std::adjacent_find(listed.cbegin(), listed.cend()) == listed.cend()) {
-        for (const Aircraft &aircraft : std::as_const(m_aircraft)) {
-            if (const auto position = aircraft.coordinate())
-                extend(m_trails[aircraft.hex()], *position);
-        }
-        // Every listed address has its trail now: any more trails belong to aircraft gone.
-        if (m_trails.size() > qsizetype(listed.size())) {
-            for (auto it = m_trails.begin(); it != m_trails.end();) {
-                const auto key = PackedText::address(it.key());
-                if (key && std::binary_search(listed.cbegin(), listed.cend(), *key))
-                    ++it;
-                else
-                    it = m_trails.erase(it);
+    if (plain) {
+        std::vector<bool> extended(size_t(count), false);
+        for (auto it = m_trails.begin(); it != m_trails.end();) {
+            const auto key = PackedText::address(it.key());
+            const qsizetype at = key ? listed.find(*key) : -1;
+            if (at < 0) {
+                it = m_trails.erase(it);
+                continue;
             }
+            // Erasing can bring a trail already seen round again; extending is the same the second time.
+            extend(*it, *aircraft[at].coordinate());
+            extended[size_t(at)] = true;
+            ++it;
+        }
+        for (qsizetype at = 0; at < count; ++at) {
+            if (extended[size_t(at)])
+                continue;
+            if (const auto position = aircraft[at].coordinate())
+                extend(m_trails[aircraft[at].hex()], *position);
         }
         emit trailsChanged();
         return;

@@ -4,6 +4,7 @@
 #include <QAbstractItemModelTester>
 #include <QLocale>
 #include <QPointF>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -27,7 +28,7 @@ QString hexesOf(const AircraftListModel &model)
     return hexesOf(model.rows());
 }
 
-QStringList sortedKeys(const QHash<QString, FlightStore::Trail> &trails)
+template <typename Value> QStringList sortedKeys(const QHash<QString, Value> &trails)
 {
     QStringList keys = trails.keys();
     keys.sort();
@@ -726,6 +727,47 @@ private slots:
                     .startsWith(u"applied"_qs));
         QCOMPARE(pointsOf(store.trails().value(u"a"_qs)), QList<QPointF>({QPointF(45.2, -122.0)}));
         QCOMPARE(store.trails().value(u"b"_qs).size(), 4);
+    }
+
+    // Many aircraft over many refreshes, coming and going, some standing still, against the rules worked
+    // by hand: every trail continues from the last refresh's, holds its last 12 distinct positions, and
+    // goes with its aircraft. Now and then an unusual address joins, which the store handles another way.
+    void trailsFollowTheirAircraftOverManyRefreshes()
+    {
+        QRandomGenerator random(42);
+        QHash<QString, QPointF> sky;
+        for (int i = 0; i < 400; ++i)
+            sky.insert(u"%1"_qs.arg(0xa00000 + i, 0, 16), QPointF(45.0 + i * 0.001, -122.0));
+        QHash<QString, QList<QPointF>> expected;
+        FlightStore &store = storeWith({});
+        for (int refresh = 0; refresh < 20; ++refresh) {
+            QList<QJsonObject> rows;
+            QHash<QString, QList<QPointF>> next;
+            for (auto it = sky.begin(); it != sky.end(); ++it) {
+                if (random.bounded(100) < 10)
+                    continue; // not in this answer
+                if (random.bounded(100) < 70)
+                    it.value() += QPointF(random.bounded(0.01), random.bounded(0.01));
+                rows.append(StoreHarness::row(it.key(), it->x(), it->y(), random.bounded(20.0)));
+                QList<QPointF> trail = expected.value(it.key());
+                if (trail.isEmpty() || trail.constLast() != it.value())
+                    trail.append(it.value());
+                next.insert(it.key(), trail.mid(std::max<qsizetype>(0, trail.size() - 12)));
+            }
+            if (refresh % 5 == 4) {
+                const QString unusual = u"~tisb-%1"_qs.arg(refresh);
+                rows.append(StoreHarness::row(unusual, 46.0, -121.0, 1));
+                next.insert(unusual, {QPointF(46.0, -121.0)});
+            }
+            for (int i = 0; i < 5; ++i)
+                sky.insert(u"%1"_qs.arg(0xb00000 + refresh * 10 + i, 0, 16),
+                           QPointF(44.0 + random.bounded(1.0), -123.0));
+            expected = next;
+            QVERIFY(applyRows(rows).startsWith(u"applied"_qs));
+            QCOMPARE(sortedKeys(store.trails()), sortedKeys(expected));
+            for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+                QCOMPARE(pointsOf(store.trails().value(it.key())), it.value());
+        }
     }
 
     // Addresses that don't fit the usual short form keep their trails like any other, beside those that
