@@ -1,5 +1,6 @@
 #include "AircraftListModel.h"
 
+#include "PackedIndex.h"
 #include "PackedText.h"
 
 #include <algorithm>
@@ -68,13 +69,6 @@ quint64 AircraftListModel::keyOf(const QString &hex)
 
 namespace {
 
-struct Keyed
-{
-    quint64 key;
-    qsizetype index;
-    friend bool operator<(const Keyed &a, const Keyed &b) { return a.key != b.key ? a.key < b.key : a.index < b.index; }
-};
-
 // Marks the longest run of targets whose old rows are already in increasing order: those rows stay where
 // they are, and only the others move. One aircraft that drops from the top of the list to the bottom is
 // then one move, not a move of every row it passes.
@@ -102,6 +96,67 @@ std::vector<bool> rowsThatStay(const std::vector<qsizetype> &oldRowOfTarget)
     return stays;
 }
 
+// Which places of a fixed layout hold a row, and how many filled places come before a place: a Fenwick
+// tree, so that both take a few steps.
+class FilledPlaces
+{
+public:
+    FilledPlaces(size_t size, const std::vector<size_t> &filledAtStart) : m_tree(size + 1, 0)
+    {
+        for (size_t place : filledAtStart)
+            m_tree[place + 1] = 1;
+        for (size_t node = 1; node <= size; ++node) {
+            if (const size_t parent = node + (node & -node); parent <= size)
+                m_tree[parent] += m_tree[node];
+        }
+    }
+
+    void fill(size_t place) { add(place, 1); }
+    void take(size_t place) { add(place, -1); }
+
+    // The filled places before this one.
+    [[nodiscard]] size_t before(size_t place) const
+    {
+        qsizetype count = 0;
+        for (size_t node = place; node > 0; node -= node & -node)
+            count += m_tree[node];
+        return size_t(count);
+    }
+
+private:
+    void add(size_t place, qsizetype change)
+    {
+        for (size_t node = place + 1; node < m_tree.size(); node += node & -node)
+            m_tree[node] += change;
+    }
+
+    std::vector<qsizetype> m_tree;
+};
+
+// Moves rows [from, from + count) to just before row `before`. Rows are plain data, so a single row (the
+// usual case) is shifted past the rows between in one memory move rather than swapped along.
+template <typename Row> void shiftRows(std::vector<Row> &rows, size_t from, size_t count, size_t before)
+{
+    const auto first = rows.begin() + qsizetype(from);
+    const auto last = first + qsizetype(count);
+    const auto destination = rows.begin() + qsizetype(before);
+    if (count != 1) {
+        if (before > from)
+            std::rotate(first, last, destination);
+        else
+            std::rotate(destination, first, last);
+        return;
+    }
+    const Row moving = *first;
+    if (before > from) {
+        std::copy(last, destination, first);
+        *(destination - 1) = moving;
+    } else {
+        std::copy_backward(destination, first, last);
+        *destination = moving;
+    }
+}
+
 // Nearly every aircraft has moved since the last refresh: the position tells most records apart before
 // their texts are compared.
 bool recordsDiffer(const Aircraft &before, const Aircraft &after)
@@ -122,33 +177,24 @@ void AircraftListModel::update(const QList<Aircraft> &rows)
     const size_t countBefore = m_rows.size();
     const size_t wantedCount = size_t(rows.size());
 
-    // 1. Old and new rows matched by address: both sides sorted by address and then by position, so the
-    // n-th repeat of an address on one side meets the n-th on the other. What finds no partner goes or
-    // is new.
+    // 1. Old and new rows matched by address, the n-th repeat of an address on one side with the n-th on
+    // the other. What finds no partner goes or is new.
+    std::vector<qsizetype> laterRepeat(countBefore, -1); // old row -> the next old row of its address
+    PackedIndex firstOldRow(countBefore);
+    for (size_t row = countBefore; row-- > 0;)
+        laterRepeat[row] = firstOldRow.exchange(m_rows[row].key, qsizetype(row));
     std::vector<quint64> newKeys(wantedCount);
-    std::vector<Keyed> newSorted(wantedCount);
-    for (size_t target = 0; target < wantedCount; ++target) {
-        newKeys[target] = keyOf(rows[qsizetype(target)].hex());
-        newSorted[target] = {newKeys[target], qsizetype(target)};
-    }
-    std::vector<Keyed> oldSorted(countBefore);
-    for (size_t row = 0; row < countBefore; ++row)
-        oldSorted[row] = {m_rows[row].key, qsizetype(row)};
-    std::sort(newSorted.begin(), newSorted.end());
-    std::sort(oldSorted.begin(), oldSorted.end());
     std::vector<qsizetype> oldRowOfTarget(wantedCount, -1);
     std::vector<bool> goes(countBefore, true);
-    for (size_t i = 0, j = 0; i < countBefore && j < wantedCount;) {
-        if (oldSorted[i].key < newSorted[j].key) {
-            ++i;
-        } else if (newSorted[j].key < oldSorted[i].key) {
-            ++j;
-        } else {
-            oldRowOfTarget[size_t(newSorted[j].index)] = oldSorted[i].index;
-            goes[size_t(oldSorted[i].index)] = false;
-            ++i;
-            ++j;
-        }
+    for (size_t target = 0; target < wantedCount; ++target) {
+        const quint64 key = keyOf(rows[qsizetype(target)].hex());
+        newKeys[target] = key;
+        const qsizetype old = firstOldRow.find(key);
+        if (old < 0)
+            continue;
+        oldRowOfTarget[target] = old;
+        goes[size_t(old)] = false;
+        firstOldRow.exchange(key, laterRepeat[size_t(old)]);
     }
 
     // 2. Rows without a partner go, in contiguous runs from the end so indexes stay valid; the partners'
@@ -181,57 +227,61 @@ void AircraftListModel::update(const QList<Aircraft> &rows)
     const std::vector<bool> stays = rowsThatStay(oldRowOfTarget);
 
     // 3. Every other row goes just before the next row that stays (or to the end), in the new order:
-    // moved when it was there before, inserted when it is new. A refresh shuffles neighbours, so many rows
-    // move a short way; where each old row is now is kept up to date over the span a step touched.
+    // moved when it was there before, inserted when it is new. Where a row is at each step comes from a
+    // fixed layout of places: the old rows in their order, and before each row that stays, a gap with one
+    // place for each target that will come to rest there. Counting the filled places before a place
+    // gives its row, in a few steps however far the rows move.
     const size_t oldCount = m_rows.size();
-    std::vector<qsizetype> idAt(oldCount);     // current row -> old row, -1 for a new one
-    std::vector<size_t> rowOfId(oldCount);     // old row -> current row
-    for (size_t row = 0; row < oldCount; ++row) {
-        idAt[row] = qsizetype(row);
-        rowOfId[row] = row;
-    }
-    const auto renumber = [&](size_t from, size_t to) {
-        for (size_t row = from; row < to; ++row) {
-            if (idAt[row] >= 0)
-                rowOfId[size_t(idAt[row])] = row;
+    std::vector<size_t> placeOfOld(oldCount);
+    std::vector<size_t> placeOfTarget(wantedCount); // in its gap; only for targets that don't stay
+    std::vector<qsizetype> anchorOf(wantedCount, -1); // the old row of the next target that stays, or -1
+    {
+        size_t place = 0, old = 0, target = 0;
+        for (size_t next = 0; next <= wantedCount; ++next) {
+            if (next < wantedCount && !stays[next])
+                continue;
+            const size_t anchor = next < wantedCount ? size_t(oldRowOfTarget[next]) : oldCount;
+            while (old < anchor)
+                placeOfOld[old++] = place++;
+            for (; target < next; ++target) {
+                placeOfTarget[target] = place++;
+                anchorOf[target] = next < wantedCount ? qsizetype(anchor) : -1;
+            }
+            if (next < wantedCount) {
+                placeOfOld[old++] = place++;
+                target = next + 1;
+            }
         }
-    };
-    qsizetype anchor = -1;
-    std::vector<qsizetype> anchorOf(wantedCount, -1);
-    for (size_t target = wantedCount; target-- > 0;) {
-        anchorOf[target] = anchor;
-        if (stays[target])
-            anchor = oldRowOfTarget[target];
     }
+    FilledPlaces filled(oldCount + wantedCount, placeOfOld);
     for (size_t target = 0; target < wantedCount; ++target) {
         if (stays[target])
             continue;
-        const size_t before = anchorOf[target] >= 0 ? rowOfId[size_t(anchorOf[target])] : m_rows.size();
+        const size_t before = filled.before(placeOfTarget[target]);
         if (const qsizetype old = oldRowOfTarget[target]; old >= 0) {
-            const size_t from = rowOfId[size_t(old)];
+            const size_t from = filled.before(placeOfOld[size_t(old)]);
             // Neighbours that go to the same place in the same order go as one block.
             size_t count = 1;
             while (target + count < wantedCount && !stays[target + count] && anchorOf[target + count] == anchorOf[target] &&
                    oldRowOfTarget[target + count] >= 0 &&
-                   rowOfId[size_t(oldRowOfTarget[target + count])] == from + count)
+                   filled.before(placeOfOld[size_t(oldRowOfTarget[target + count])]) == from + count)
                 ++count;
+            const bool moves = before != from && before != from + count;
+            if (moves)
+                beginMoveRows({}, int(from), int(from + count - 1), {}, int(before));
+            for (size_t k = 0; k < count; ++k) {
+                filled.take(placeOfOld[size_t(oldRowOfTarget[target + k])]);
+                filled.fill(placeOfTarget[target + k]);
+            }
+            if (moves) {
+                shiftRows(m_rows, from, count, before);
+                endMoveRows();
+            }
             target += count - 1;
-            if (from + count == before)
-                continue;
-            beginMoveRows({}, int(from), int(from + count - 1), {}, int(before));
-            const size_t low = std::min(from, before);
-            const size_t high = std::max(from + count, before);
-            const size_t middle = from < before ? from + count : from;
-            std::rotate(m_rows.begin() + qsizetype(low), m_rows.begin() + qsizetype(middle),
-                        m_rows.begin() + qsizetype(high));
-            std::rotate(idAt.begin() + qsizetype(low), idAt.begin() + qsizetype(middle), idAt.begin() + qsizetype(high));
-            renumber(low, high);
-            endMoveRows();
         } else {
             beginInsertRows({}, int(before), int(before));
             m_rows.insert(m_rows.begin() + qsizetype(before), Row{records + target, newKeys[target]});
-            idAt.insert(idAt.begin() + qsizetype(before), -1);
-            renumber(before, idAt.size());
+            filled.fill(placeOfTarget[target]);
             endInsertRows();
         }
     }

@@ -49,19 +49,19 @@ public:
     {
         for (int row = 0; row < model.rowCount(); ++row)
             m_hexes.append(hexAt(row));
-        QObject::connect(&model, &QAbstractItemModel::rowsInserted, &model,
+        QObject::connect(&model, &QAbstractItemModel::rowsInserted, &m_context,
                          [this](const QModelIndex &, int first, int last) {
                              for (int row = first; row <= last; ++row)
                                  m_hexes.insert(row, hexAt(row));
                              m_inserted += last - first + 1;
                          });
-        QObject::connect(&model, &QAbstractItemModel::rowsRemoved, &model,
+        QObject::connect(&model, &QAbstractItemModel::rowsRemoved, &m_context,
                          [this](const QModelIndex &, int first, int last) {
                              m_hexes.remove(first, last - first + 1);
                              m_removed += last - first + 1;
                          });
         QObject::connect(
-            &model, &QAbstractItemModel::rowsMoved, &model,
+            &model, &QAbstractItemModel::rowsMoved, &m_context,
             [this](const QModelIndex &, int first, int last, const QModelIndex &, int destination) {
                 const QStringList block = m_hexes.mid(first, last - first + 1);
                 m_hexes.remove(first, block.size());
@@ -69,8 +69,9 @@ public:
                 for (qsizetype i = 0; i < block.size(); ++i)
                     m_hexes.insert(at + i, block[i]);
                 ++m_moves;
+                m_movedRows += int(block.size());
             });
-        QObject::connect(&model, &QAbstractItemModel::dataChanged, &model,
+        QObject::connect(&model, &QAbstractItemModel::dataChanged, &m_context,
                          [this](const QModelIndex &topLeft, const QModelIndex &bottomRight) {
                              for (int row = topLeft.row(); row <= bottomRight.row(); ++row) {
                                  // A change in place never changes whose row it is.
@@ -79,8 +80,8 @@ public:
                                  m_changed.append(hexAt(row));
                              }
                          });
-        QObject::connect(&model, &QAbstractItemModel::modelReset, &model, [this] { m_reset = true; });
-        QObject::connect(&model, &QAbstractItemModel::layoutChanged, &model, [this] { m_reset = true; });
+        QObject::connect(&model, &QAbstractItemModel::modelReset, &m_context, [this] { m_reset = true; });
+        QObject::connect(&model, &QAbstractItemModel::layoutChanged, &m_context, [this] { m_reset = true; });
     }
 
     [[nodiscard]] const QStringList &hexes() const { return m_hexes; }
@@ -93,6 +94,7 @@ public:
     [[nodiscard]] int inserted() const { return m_inserted; }
     [[nodiscard]] int removed() const { return m_removed; }
     [[nodiscard]] int moves() const { return m_moves; }
+    [[nodiscard]] int movedRows() const { return m_movedRows; }
     [[nodiscard]] bool wasReset() const { return m_reset; }
     [[nodiscard]] bool identityBroken() const { return m_identityBroken; }
 
@@ -103,11 +105,13 @@ private:
     }
 
     AircraftListModel &m_model;
+    QObject m_context; // ends the connections with the mirror
     QStringList m_hexes;
     QStringList m_changed;
     int m_inserted = 0;
     int m_removed = 0;
     int m_moves = 0;
+    int m_movedRows = 0;
     bool m_reset = false;
     bool m_identityBroken = false;
 };
@@ -128,6 +132,30 @@ QPair<int, int> rowsToInsertAndRemove(const QStringList &before, const QStringLi
             removes -= value;
     }
     return {inserts, removes};
+}
+
+// How many rows must move at least: those outside the longest run of rows, matched n-th repeat to n-th,
+// that keep their old order.
+int rowsThatMustMove(const QStringList &before, const QStringList &after)
+{
+    QHash<QString, QList<int>> oldRows;
+    for (int row = 0; row < before.size(); ++row)
+        oldRows[before[row]].append(row);
+    QList<int> tails; // smallest old row ending an increasing run of each length
+    int matched = 0;
+    for (const QString &hex : after) {
+        QList<int> &rows = oldRows[hex];
+        if (rows.isEmpty())
+            continue;
+        const int old = rows.takeFirst();
+        ++matched;
+        const auto place = std::lower_bound(tails.begin(), tails.end(), old);
+        if (place == tails.end())
+            tails.append(old);
+        else
+            *place = old;
+    }
+    return matched - int(tails.size());
 }
 
 } // namespace
@@ -257,6 +285,54 @@ private slots:
                 const bool differs = !(before[beforeHexes.indexOf(hex)] == after[afterHexes.indexOf(hex)]);
                 QVERIFY2(reported.contains(hex) == differs, qPrintable(hex));
             }
+        }
+    }
+
+    // Refresh after refresh of a long list, the way nearest-first order changes: most rows drift a few
+    // places, some far, a few come and go, an address now and then twice. Each refresh tells a view exactly
+    // the new order, and moves no more rows than it must.
+    void longListRefreshAfterRefresh()
+    {
+        QRandomGenerator random(20261123);
+        QList<Aircraft> current;
+        for (int i = 0; i < 500; ++i)
+            current.append(record(u"r%1"_qs.arg(i), 1));
+        int nextAddress = 500;
+        AircraftListModel model;
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        model.update(current);
+        for (int round = 0; round < 25; ++round) {
+            const int drift = 1 + round * 3; // from neighbours swapping to long jumps
+            QList<QPair<double, Aircraft>> keyed;
+            for (qsizetype row = 0; row < current.size(); ++row) {
+                if (random.bounded(100) < 3)
+                    continue; // gone
+                const double key = double(row) + random.bounded(double(drift)) - drift / 2.0;
+                keyed.append({key, record(current[row].hex(), int(random.bounded(2)))});
+            }
+            for (int i = 0; i < 12; ++i) {
+                const QString hex = random.bounded(10) == 0 && !current.isEmpty()
+                                        ? current[random.bounded(int(current.size()))].hex() // a repeat
+                                        : u"r%1"_qs.arg(nextAddress++);
+                keyed.append({random.bounded(double(current.size())), record(hex, 1)});
+            }
+            std::stable_sort(keyed.begin(), keyed.end(),
+                             [](const auto &a, const auto &b) { return a.first < b.first; });
+            QList<Aircraft> after;
+            for (const auto &entry : std::as_const(keyed))
+                after.append(entry.second);
+
+            Mirror mirror(model);
+            model.update(after);
+            const QStringList beforeHexes = hexesOf(current), afterHexes = hexesOf(after);
+            QVERIFY2(model.rows() == after, qPrintable(u"round %1"_qs.arg(round)));
+            QCOMPARE(mirror.hexes(), afterHexes);
+            QVERIFY(!mirror.identityBroken());
+            const auto [inserts, removes] = rowsToInsertAndRemove(beforeHexes, afterHexes);
+            QCOMPARE(mirror.inserted(), inserts);
+            QCOMPARE(mirror.removed(), removes);
+            QCOMPARE(mirror.movedRows(), rowsThatMustMove(beforeHexes, afterHexes));
+            current = after;
         }
     }
 
